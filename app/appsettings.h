@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMap>
+#include <QSettings>
+#include <QString>
+
+// The process-wide settings store: config.ini beside the executable plus the
+// little state that only lives in memory (who is logged in, link state).
+class AppSettings
+{
+public:
+    enum ConnectionState { Disconnected = 0, Connecting = 1, Connected = 2 };
+
+    static AppSettings *instance();
+
+    // For tests and tools: a store over an explicit file.
+    explicit AppSettings(const QString &iniPath);
+
+    void setNetwork(const QString &ip, int port);
+    void setUsername(const QString &name);
+    void setLanguage(int language);
+
+    QString ip() const;
+    int port() const;
+    QString username() const;
+    int language() const;
+
+    QString currentUser() const { return m_currentUser; }
+    void setCurrentUser(const QString &name) { m_currentUser = name; }
+    int connectionState() const { return m_connectionState; }
+    void setConnectionState(int state) { m_connectionState = state; }
+    int adminFlag() const { return m_adminFlag; }
+
+    QMap<int, QString> inputNames() const { return m_inputNames; }
+    void setInputNames(const QMap<int, QString> &names) { m_inputNames = names; }
+    QMap<int, QString> audioInputNames() const { return m_audioInputNames; }
+    void setAudioInputNames(const QMap<int, QString> &names) { m_audioInputNames = names; }
+    QMap<int, QString> spareNames() const { return m_spareNames; }
+    void setSpareNames(const QMap<int, QString> &names) { m_spareNames = names; }
+
+    QString fileName() const { return m_settings.fileName(); }
+
+private:
+    mutable QSettings m_settings;
+    QString m_currentUser;
+    int m_connectionState = Connecting;
+    int m_reserved = 0;
+    const int m_adminFlag = 1;
+    QMap<int, QString> m_inputNames;
+    QMap<int, QString> m_audioInputNames;
+    QMap<int, QString> m_spareNames;
+};

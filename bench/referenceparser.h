@@ -1,0 +1,20 @@
+#pragma once
+
+#include "device/replyparser.h"
+
+#include <QByteArray>
+
+// The reply loop written the plain way: every pass strips blanks and line feeds
+// from the whole buffer and rescans it from the front. Quadratic on a burst;
+// kept as the yardstick that ReplyParser must match frame for frame.
+class ReferenceParser
+{
+public:
+    void append(const QByteArray &bytes) { m_buffer.append(bytes); }
+    // One pass of the loop: cuts at most one frame.
+    bool next(ParsedReply *reply);
+    int bufferedBytes() const { return m_buffer.size(); }
+
+private:
+    QByteArray m_buffer;
+};

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "device/replyparser.h"
+
+#include <QByteArray>
+#include <QColor>
+#include <QJsonObject>
+#include <QList>
+#include <QMutex>
+#include <QPair>
+#include <QTcpSocket>
+#include <QThread>
+#include <QWaitCondition>
+
+#include <atomic>
+
+class QTimer;
+
+// The one link to the switcher: the command connection, the file connection on
+// port 6666, the reconnect timer, and a worker thread that turns received bytes
+// into reply signals. Sockets and timer live on the thread that created the
+// object; only the reply loop runs on the worker.
+class MessageDistance : public QThread
+{
+    Q_OBJECT
+
+public:
+    static constexpr quint16 FilePort = 6666;
+    static constexpr int ReconnectIntervalMs = 2000;
+
+    // (command text, payload): exactly one of the two is in use.
+    using UploadItem = QPair<QString, QByteArray>;
+
+    static MessageDistance *instance();
+
+    explicit MessageDistance(QObject *parent = nullptr);
+    ~MessageDistance() override;
+
+    void connectToDevice(const QString &host, quint16 port);
+    void closeConnection();
+    bool isUploadConnected() const;
+    int osdIndex() const { return m_osdIndex; }
+    int replyState() const { return m_replyState; }
+    QString host() const { return m_host; }
+    quint16 port() const { return m_port; }
+
+    // Stops and joins the reply loop; safe to call more than once.
+    void stopWorker();
+
+    bool sendCommand(const QString &text, int expectReply = 0, int osdIndex = -1);
+
+    void sendVersionQuery();
+    void sendResolutionQuery();
+    void sendStatusQuery();
+    void sendInputInfoQuery();
+    void sendNetInfoQuery();
+    void sendNetworkSetting(const QString &ip, const QString &gateway, const QString &subnet, const QString &mac);
+    void sendSwitch(int input, int output, int kind);
+    void sendMode(int mode);
+    void sendFactoryDefault();
+    void sendInputPattern(int port, int pattern);
+    void sendOutputPattern(int port, int pattern);
+    void sendBell(bool on);
+    void sendSavePreset(int preset);
+    void sendRecallPreset(int preset);
+    void sendVolume(int port, int level);
+    void sendMute(int port);
+    void sendUploadSubtitle(int number);
+    void sendSetOsd(int number);
+    void sendSetSubtitle();
+    void sendOsdSwitch(bool open);
+    void sendOsdSpeed(int speed);
+    void sendOsdDirection(int direction);
+    void sendOsdPosition(int x, int y);
+    void sendFontColor(const QColor &color);
+    void sendBackgroundColor(const QColor &color);
+    void sendBackgroundSwitch(bool open);
+    void sendCopyEdid(int input, int source);
+    void sendUpdateEdid(int port);
+    void sendOsdQuery(int number);
+    void sendSubtitleQuery();
+    void sendVolumeQuery();
+    void sendEraseOsd();
+    void sendEraseSubtitle();
+    void sendPortResolution(int port, const QString &resolution);
+    void sendAnalogSelect(int port, int source);
+
+    // Items waiting for the file connection; drained one per connect.
+    void enqueueUpload(const UploadItem &item) { m_uploadQueue.append(item); }
+    int pendingUploads() const { return m_uploadQueue.size(); }
+
+signals:
+    void receiveVersionSig(QJsonObject);
+    void receiveCheckStateSig(QJsonObject);
+    void receiveInputChannelStateSig(QJsonObject);
+    void receiveNetWorkImforamtionSig(QJsonObject);
+    void receiveVolumnImformationSig(QJsonObject);
+    void receiveVideoMapSig(QJsonObject obj);
+    void receiveAudioMapSig(QJsonObject obj);
+    void receiveIrMapSig(QJsonObject obj);
+    void receiveInChannelResolutionMapSig(QJsonObject obj);
+    void receiveOutChannelResolutionMapSig(QJsonObject obj);
+    void receiveOsdImfSig(int, QJsonObject);
+    void receiveTitleImfSig(QJsonObject obj);
+    void connectFailureSig();
+    void connectSuccessFulSig();
+    void connectingSig();
+
+public slots:
+    void receiveDataSlot(const QByteArray &array);
+    // Empty on purpose: the upload queue is drained on the file connection's connect.
+    void sendCacheData();
+
+protected:
+    void run() override;
+
+private:
+    void reconnectRound();
+    void onCommandSocketTrouble();
+    void onUploadConnected();
+    void onUploadReadyRead();
+    void emitReply(const ParsedReply &reply);
+
+    ReplyParser m_parser;        // the receive buffer; guarded by m_bufferMutex
+    QTcpSocket m_commandSocket;
+    QTcpSocket m_uploadSocket;
+    QString m_host;
+    quint16 m_port = 0;
+    QMutex m_bufferMutex;
+    QWaitCondition m_bufferChanged;
+    QTimer *m_reconnectTimer = nullptr;
+    int m_unused1 = 0;
+    std::atomic<int> m_replyState{2};
+    QList<UploadItem> m_uploadQueue;
+    int m_unused2 = 0;
+    std::atomic<int> m_osdIndex{-1};
+    bool m_stop = false;         // guarded by m_bufferMutex
+    bool m_uploading = false;
+    bool m_awaitingAck = false;
+};

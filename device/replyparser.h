@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+
+// The reply signals of the device link, in the order a frame raises them.
+enum class ReplySignal {
+    NetWork,        // "ip"
+    Volume,         // "Volume"
+    Version,        // "type"
+    VideoMap,       // "video"
+    InputState,     // "input"
+    AudioMap,       // "audio"
+    IrMap,          // "IR"
+    InResolution,   // "in"
+    OutResolution,  // "out"
+    Title,          // "switch"
+};
+
+const char *replySignalName(ReplySignal signal);
+
+struct ParsedReply
+{
+    QByteArray frame;           // after the repairs
+    bool ok = false;
+    QString error;              // decoder's text when !ok
+    QJsonObject object;         // when ok
+    QVector<ReplySignal> signals_;
+};
+
+// Cuts the device's back-to-back JSON objects out of the received byte stream,
+// repairs the firmware's bare values, decodes them and names the signals each
+// one raises. Blanks and line feeds are removed from the whole stream (the
+// firmware pads its replies); a frame runs from a "{" to the first "}" after it.
+//
+// Work is linear in the bytes received: blanks are removed and junk in front of
+// a "{" is dropped as the bytes arrive, and every byte is looked at a bounded
+// number of times. A partial frame that grows past MaxPartialFrame without its
+// "}" is dropped, so a peer streaming garbage cannot grow the buffer.
+class ReplyParser
+{
+public:
+    static constexpr int MaxPartialFrame = 1024 * 1024;
+
+    void append(const QByteArray &bytes);
+    // Takes the oldest complete frame; false when none is complete yet.
+    bool next(ParsedReply *reply);
+    void clear();
+
+    bool hasCompleteFrame() const { return m_completeFrames > 0; }
+    int bufferedBytes() const { return m_buffer.size() - m_head; }
+
+    // Building blocks, shared with tools that replay captured replies.
+    static QByteArray repair(const QByteArray &frame);
+    static QVector<ReplySignal> route(const QByteArray &frame);
+    static ParsedReply decode(const QByteArray &rawFrame);
+
+private:
+    QByteArray m_buffer;
+    int m_head = 0;             // start of the oldest unconsumed frame
+    int m_completeFrames = 0;
+    bool m_inFrame = false;     // a "{" has been seen and its "}" has not
+    int m_frameStart = 0;       // where the partial frame starts
+};

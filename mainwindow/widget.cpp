@@ -1,0 +1,123 @@
+#include "mainwindow/widget.h"
+#include "ui_widget.h"
+
+#include "app/appsettings.h"
+#include "device/messagedistance.h"
+
+#include <QFile>
+
+namespace {
+// Status texts are translation keys: their uneven blanks are kept byte for byte.
+const char StatusConnecting[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connecting");
+const char StatusConnected[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3   Ip:%1  Port:%2  connected");
+const char StatusDisconnected[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 disconnected");
+
+QString maxButtonStyle(const char *image)
+{
+    return QString("QPushButton { background-image:url(%1); background-position:center;border:0; "
+                   "background-repeat:no-repeat; }"
+                   "QPushButton:hover { background-color: rgba(255,255,255,40); border-radius:4px; }")
+            .arg(image);
+}
+} // namespace
+
+Widget::Widget(QWidget *parent)
+    : BaseWidget(parent)
+    , ui(new Ui::Widget)
+{
+    ui->setupUi(this);
+    QFile style(":/styles/main.qss");
+    if (style.open(QIODevice::ReadOnly))
+        setStyleSheet(QString::fromUtf8(style.readAll()));
+    ui->labelLogo->setPixmap(QPixmap(":/Images/logo.png"));
+    setDragArea(ui->titleWidget);
+    applyShadow(ui->frame);
+    setWindowIcon(QIcon(":/Images/applogo.png"));
+    setWindowTitle("ORVEXMATRIX CONTORL");
+    ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
+
+    connect(ui->btnClose, &QPushButton::clicked, this, &QWidget::close);
+    connect(ui->btnMin, &QPushButton::clicked, this, &QWidget::showMinimized);
+
+    AppSettings *settings = AppSettings::instance();
+    settings->setCurrentUser(settings->username());
+
+    MessageDistance *link = MessageDistance::instance();
+    connect(link, &MessageDistance::connectSuccessFulSig, this, &Widget::receiveNetWorkSuccessfulSlot);
+    connect(link, &MessageDistance::connectFailureSig, this, &Widget::receivenetWorkFailSlot);
+    connect(link, &MessageDistance::connectingSig, this, &Widget::receiveConnectingSlot);
+
+    receiveConnectingSlot();
+    link->connectToDevice(settings->ip(), quint16(settings->port()));
+
+    resize(1280, 800);
+    show();
+}
+
+Widget::~Widget()
+{
+    delete ui;
+}
+
+QString Widget::statusText() const
+{
+    return ui->labelStatus->text();
+}
+
+QString Widget::formatStatus(const char *source) const
+{
+    const AppSettings *settings = AppSettings::instance();
+    return tr(source).arg(settings->ip()).arg(settings->port()).arg(settings->currentUser());
+}
+
+void Widget::setStatus(const QString &text, int state)
+{
+    ui->labelStatus->setText(text);
+    static const char *const colours[] = {"#d9534f", "#e0a526", "#338c56"};
+    ui->labelStatusLed->setStyleSheet(QString("background:%1; border-radius:5px;").arg(colours[state]));
+}
+
+void Widget::on_btn_RestoreOrMax_clicked()
+{
+    m_maximized = !m_maximized;
+    if (m_maximized) {
+        showMaximized();
+        ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/restore.png"));
+    } else {
+        showNormal();
+        ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
+    }
+}
+
+void Widget::on_refrenshBtn_clicked()
+{
+    MessageDistance *link = MessageDistance::instance();
+    link->sendVersionQuery();
+    link->sendStatusQuery();
+    link->sendInputInfoQuery();
+    link->sendNetInfoQuery();
+    link->sendResolutionQuery();
+}
+
+void Widget::receiveNetWorkSuccessfulSlot()
+{
+    on_refrenshBtn_clicked();
+    AppSettings::instance()->setConnectionState(AppSettings::Connected);
+    setStatus(formatStatus(StatusConnected), AppSettings::Connected);
+}
+
+void Widget::receivenetWorkFailSlot()
+{
+    setStatus(formatStatus(StatusDisconnected), AppSettings::Disconnected);
+}
+
+void Widget::receiveConnectingSlot()
+{
+    AppSettings::instance()->setConnectionState(AppSettings::Connecting);
+    setStatus(formatStatus(StatusConnecting), AppSettings::Connecting);
+}
+
+void Widget::disConnectedSlot()
+{
+    receivenetWorkFailSlot();
+}

@@ -1,0 +1,8 @@
+#include "resources/guiresources.h"
+
+#include <QtGlobal>
+
+void initGuiResources()
+{
+    Q_INIT_RESOURCE(resources);
+}
