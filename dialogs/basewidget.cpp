@@ -1,14 +1,50 @@
 #include "dialogs/basewidget.h"
 
+#include <QFile>
 #include <QGraphicsDropShadowEffect>
 #include <QMouseEvent>
+
+WindowDragger::WindowDragger(QWidget *handle)
+    : QObject(handle)
+    , m_handle(handle)
+{
+    handle->installEventFilter(this);
+}
+
+bool WindowDragger::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_handle)
+        return false;
+    QWidget *window = m_handle->window();
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        auto *mouse = static_cast<QMouseEvent *>(event);
+        if (mouse->button() == Qt::LeftButton && !window->isMaximized()) {
+            m_pressed = true;
+            m_pressGlobal = mouse->screenPos().toPoint();
+            m_pressWindowPos = window->frameGeometry().topLeft();
+        }
+        break;
+    }
+    case QEvent::MouseMove:
+        if (m_pressed) {
+            auto *mouse = static_cast<QMouseEvent *>(event);
+            window->move(m_pressWindowPos + (mouse->screenPos().toPoint() - m_pressGlobal));
+        }
+        break;
+    case QEvent::MouseButtonRelease:
+        m_pressed = false;
+        break;
+    default:
+        break;
+    }
+    return false;
+}
 
 BaseWidget::BaseWidget(QWidget *parent)
     : QWidget(parent)
 {
-    setWindowFlags(Qt::FramelessWindowHint | Qt::Window | Qt::WindowSystemMenuHint
-                   | Qt::WindowMinMaxButtonsHint);
-    setAttribute(Qt::WA_TranslucentBackground);
+    makeFrameless(this, Qt::Window | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint);
 }
 
 void BaseWidget::applyShadow(QWidget *frame)
@@ -20,27 +56,20 @@ void BaseWidget::applyShadow(QWidget *frame)
     frame->setGraphicsEffect(shadow);
 }
 
-void BaseWidget::mousePressEvent(QMouseEvent *event)
+void BaseWidget::makeFrameless(QWidget *window, Qt::WindowFlags extra)
 {
-    const bool inArea = !m_dragArea
-            || m_dragArea->rect().contains(m_dragArea->mapFrom(this, event->pos()));
-    if (event->button() == Qt::LeftButton && inArea && !isMaximized()) {
-        m_pressed = true;
-        m_pressGlobal = event->globalPos();
-        m_pressWindowPos = frameGeometry().topLeft();
-    }
-    QWidget::mousePressEvent(event);
+    window->setWindowFlags(window->windowFlags() | Qt::FramelessWindowHint | extra);
+    window->setAttribute(Qt::WA_TranslucentBackground);
 }
 
-void BaseWidget::mouseMoveEvent(QMouseEvent *event)
+void BaseWidget::setDragArea(QWidget *area)
 {
-    if (m_pressed)
-        move(m_pressWindowPos + (event->globalPos() - m_pressGlobal));
-    QWidget::mouseMoveEvent(event);
+    new WindowDragger(area);
 }
 
-void BaseWidget::mouseReleaseEvent(QMouseEvent *event)
+void BaseWidget::loadStyleSheet(QWidget *widget, const QString &resource)
 {
-    m_pressed = false;
-    QWidget::mouseReleaseEvent(event);
+    QFile file(resource);
+    if (file.open(QIODevice::ReadOnly))
+        widget->setStyleSheet(QString::fromUtf8(file.readAll()));
 }

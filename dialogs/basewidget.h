@@ -1,7 +1,27 @@
 #pragma once
 
+#include <QObject>
 #include <QPoint>
 #include <QWidget>
+
+// Moves a frameless window while the left button is held on its handle (the
+// handle itself or any child that lets the press through).
+class WindowDragger : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit WindowDragger(QWidget *handle);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QWidget *m_handle;
+    bool m_pressed = false;
+    QPoint m_pressGlobal;
+    QPoint m_pressWindowPos;
+};
 
 // The shared look of the application's frameless windows: translucent outer
 // margin, a drop shadow around the visible frame, and dragging by mouse.
@@ -14,18 +34,12 @@ public:
 
     // Gives `frame` the common drop shadow (offset 0,0, "#136a67", blur 35).
     static void applyShadow(QWidget *frame);
+    // Frameless, translucent window flags for dialogs sharing this look.
+    static void makeFrameless(QWidget *window, Qt::WindowFlags extra = {});
+    // Applies a style sheet compiled in as a resource (":/styles/...").
+    static void loadStyleSheet(QWidget *widget, const QString &resource);
 
 protected:
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
-
-    // Only presses inside this widget start a drag (the title bar); nullptr: anywhere.
-    void setDragArea(QWidget *area) { m_dragArea = area; }
-
-private:
-    QWidget *m_dragArea = nullptr;
-    bool m_pressed = false;
-    QPoint m_pressGlobal;
-    QPoint m_pressWindowPos;
+    // Presses on this widget (the title bar) move the window.
+    void setDragArea(QWidget *area);
 };

@@ -2,9 +2,15 @@
 #include "ui_widget.h"
 
 #include "app/appsettings.h"
+#include "device/devicerecord.h"
 #include "device/messagedistance.h"
+#include "login/logindialog.h"
+#include "login/usermanagerdialog.h"
+#include "store/accountstore.h"
+#include "store/portnamestore.h"
 
-#include <QFile>
+#include <QApplication>
+
 
 namespace {
 // Status texts are translation keys: their uneven blanks are kept byte for byte.
@@ -26,9 +32,7 @@ Widget::Widget(QWidget *parent)
     , ui(new Ui::Widget)
 {
     ui->setupUi(this);
-    QFile style(":/styles/main.qss");
-    if (style.open(QIODevice::ReadOnly))
-        setStyleSheet(QString::fromUtf8(style.readAll()));
+    loadStyleSheet(this, ":/styles/main.qss");
     ui->labelLogo->setPixmap(QPixmap(":/Images/logo.png"));
     setDragArea(ui->titleWidget);
     applyShadow(ui->frame);
@@ -40,18 +44,56 @@ Widget::Widget(QWidget *parent)
     connect(ui->btnMin, &QPushButton::clicked, this, &QWidget::showMinimized);
 
     AppSettings *settings = AppSettings::instance();
-    settings->setCurrentUser(settings->username());
+    deviceRecord()->setDeviceIp(settings->ip());
+    deviceRecord()->setDevicePort(settings->port());
+    AccountStore().createTables();
+    PortNameStore().createPortNameTables();
 
     MessageDistance *link = MessageDistance::instance();
     connect(link, &MessageDistance::connectSuccessFulSig, this, &Widget::receiveNetWorkSuccessfulSlot);
     connect(link, &MessageDistance::connectFailureSig, this, &Widget::receivenetWorkFailSlot);
     connect(link, &MessageDistance::connectingSig, this, &Widget::receiveConnectingSlot);
+    connect(ui->reloginBtn, &QPushButton::clicked, this, &Widget::reloginSlot);
 
+    runLoginDecision();
     receiveConnectingSlot();
-    link->connectToDevice(settings->ip(), quint16(settings->port()));
 
     resize(1280, 800);
     show();
+}
+
+void Widget::runLoginDecision()
+{
+    AppSettings *settings = AppSettings::instance();
+    if (AccountStore().loginModel() != 0) {
+        settings->setCurrentUser(settings->username());
+        MessageDistance::instance()->connectToDevice(settings->ip(), quint16(settings->port()));
+        return;
+    }
+    LoginDialog login;
+    if (login.exec() != 1) {
+        // Refusing the login at start ends the program before any window shows.
+        MessageDistance::instance()->stopWorker();
+        ::exit(0);
+    }
+}
+
+void Widget::reloginSlot()
+{
+    hide();
+    LoginDialog login;
+    if (login.exec() != 1) {
+        QApplication::quit();
+        return;
+    }
+    receiveConnectingSlot();
+    show();
+}
+
+void Widget::on_usermanageBtn_clicked()
+{
+    Usermanagerdialog dialog(this);
+    dialog.exec();
 }
 
 Widget::~Widget()

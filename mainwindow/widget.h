@@ -20,6 +20,7 @@ public:
     QString statusText() const;
 
 public slots:
+    void on_usermanageBtn_clicked();
     void on_btn_RestoreOrMax_clicked();
     void on_refrenshBtn_clicked();
     void receiveNetWorkSuccessfulSlot();
@@ -27,7 +28,11 @@ public slots:
     void receiveConnectingSlot();
     void disConnectedSlot();
 
+private slots:
+    void reloginSlot();
+
 private:
+    void runLoginDecision();
     void setStatus(const QString &text, int state);
     QString formatStatus(const char *source) const;
 

@@ -3,10 +3,12 @@
 #include "fakedevice.h"
 #include "mainwindow/widget.h"
 #include "resources/guiresources.h"
+#include "store/accountstore.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 // The window talks to the process-wide link and settings, so one device and one
@@ -24,6 +26,7 @@ private slots:
 private:
     QString text(const char *state) const;
 
+    QTemporaryDir m_dir;
     FakeDevice *m_device = nullptr;
     Widget *m_window = nullptr;
 };
@@ -39,6 +42,11 @@ QString tst_MainWindow::text(const char *state) const
 void tst_MainWindow::initTestCase()
 {
     initGuiResources();
+    // No-login mode stored: the window starts straight away and connects by itself.
+    setDatabasePath(m_dir.filePath("project.db"));
+    AccountStore::createTables();
+    QCOMPARE(AccountStore::loginModel(), 0);
+    QVERIFY(AccountStore::setLoginModel(1));
     m_device = new FakeDevice(QHostAddress("127.0.0.31"), true, this);
     QVERIFY(m_device->isListening());
     const QString ini = QCoreApplication::applicationDirPath() + "/config.ini";

@@ -1,0 +1,137 @@
+#include "login/usermanagerdialog.h"
+#include "ui_usermanagerdialog.h"
+
+#include "dialogs/basewidget.h"
+#include "store/accountstore.h"
+
+Usermanagerdialog::Usermanagerdialog(QWidget *parent)
+    : QDialog(parent)
+    , ui(new Ui::Usermanagerdialog)
+{
+    ui->setupUi(this);
+    BaseWidget::makeFrameless(this, Qt::Tool);
+    BaseWidget::applyShadow(ui->frame);
+    BaseWidget::loadStyleSheet(this, ":/styles/dialogs.qss");
+    new WindowDragger(ui->titleWidget);
+
+    ui->tableWidget->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    ui->tableWidget->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_tipTimer.setInterval(2000);
+    m_tipTimer.setSingleShot(true);
+
+    connect(ui->tableWidget, &QTableWidget::cellClicked, this, &Usermanagerdialog::cellClickedSlot);
+    connect(&m_tipTimer, &QTimer::timeout, ui->tipLabel, &QLabel::clear);
+
+    loadUsers();
+    setState(Idle);
+}
+
+Usermanagerdialog::~Usermanagerdialog()
+{
+    delete ui;
+}
+
+void Usermanagerdialog::loadUsers()
+{
+    const RowList rows = AccountStore::allUsers();
+    m_names.clear();
+    ui->tableWidget->setRowCount(0);
+    for (const auto &row : rows) {
+        const int at = ui->tableWidget->rowCount();
+        ui->tableWidget->insertRow(at);
+        ui->tableWidget->setItem(at, 0, new QTableWidgetItem(row.value(0).toString()));
+        ui->tableWidget->setItem(at, 1, new QTableWidgetItem(row.value(1).toString()));
+        m_names << row.value(1).toString();
+    }
+}
+
+void Usermanagerdialog::setState(State state)
+{
+    ui->btnAdd->setEnabled(state != Entering);
+    ui->btnDel->setEnabled(state == Selected);
+    ui->btnEdit->setEnabled(state == Selected);
+    ui->btnSave->setEnabled(state == Entering);
+    for (QLineEdit *edit : {ui->usernameEdit, ui->passwordEdit, ui->repeatEdit})
+        edit->setEnabled(state == Entering);
+    if (state == Idle) {
+        ui->usernameEdit->clear();
+        ui->passwordEdit->clear();
+        ui->repeatEdit->clear();
+    } else if (state == Entering) {
+        ui->passwordEdit->clear();
+        ui->repeatEdit->clear();
+    }
+}
+
+void Usermanagerdialog::cellClickedSlot(int row, int)
+{
+    const QTableWidgetItem *nameItem = ui->tableWidget->item(row, 1);
+    const QString name = nameItem ? nameItem->text() : QString();
+    if (name == QLatin1String("ADMIN")) {
+        ui->usernameEdit->clear();
+        setState(Idle);
+        return;
+    }
+    ui->usernameEdit->setText(name);
+    setState(Selected);
+}
+
+void Usermanagerdialog::on_btnAdd_clicked()
+{
+    ui->usernameEdit->clear();
+    m_adding = true;
+    setState(Entering);
+}
+
+void Usermanagerdialog::on_btnEdit_clicked()
+{
+    m_adding = false;
+    setState(Entering);
+}
+
+void Usermanagerdialog::on_btnDel_clicked()
+{
+    AccountStore().deleteUser(currentId());
+    setState(Idle);
+    loadUsers();
+}
+
+void Usermanagerdialog::on_btnSave_clicked()
+{
+    const QString name = ui->usernameEdit->text();
+    const QString password = ui->passwordEdit->text();
+    if (password.trimmed() != ui->repeatEdit->text().trimmed()) {
+        showTip(tr("two password not equation!"));
+        return;
+    }
+    AccountStore accounts;
+    if (m_adding) {
+        if (m_names.contains(name)) {
+            showTip(QStringLiteral("user have exsits!"));
+            return;
+        }
+        accounts.addUser(name, password);
+    } else {
+        accounts.updateUser(currentId(), name, password);
+    }
+    // The store's verdict is not shown: the reloaded list tells the truth.
+    loadUsers();
+    setState(Selected);
+}
+
+void Usermanagerdialog::on_btnClose_clicked()
+{
+    done(0);
+}
+
+void Usermanagerdialog::showTip(const QString &text)
+{
+    ui->tipLabel->setText(text);
+    m_tipTimer.start();
+}
+
+int Usermanagerdialog::currentId() const
+{
+    const QTableWidgetItem *idItem = ui->tableWidget->item(ui->tableWidget->currentRow(), 0);
+    return idItem ? idItem->text().toInt() : -1;
+}

@@ -1,0 +1,98 @@
+#!/usr/bin/env python3
+"""Fills resources/translations/{Chinese,English}.ts from the glossary below.
+
+Source texts are a mix of Chinese and English. Chinese.ts maps English sources to
+Chinese and keeps Chinese sources as they are; English.ts does the reverse.
+Run scripts/update-translations.sh first to pick up new source texts, add the new
+pairs to GLOSSARY, then run this; it fails on a source it has no entry for.
+"""
+import re
+import sys
+import xml.etree.ElementTree as ET
+from pathlib import Path
+
+# source text -> the other language
+GLOSSARY = {
+    # login
+    "Orvex系列视频切换软件": "ORVEX SERIES VIDEO SWITCHING SOFTWARE",
+    "Login": "登录",
+    "UserName": "用户名",
+    "PassWord": "密码",
+    "Remember me": "记住密码",
+    "Connet Fail!": "连接失败！",
+    "username or password error!": "用户名或密码错误！",
+    "connect successful but software error!": "连接成功，但软件出错！",
+    "connect fail!": "连接失败！",
+    "设备连接设置": "Device Connection",
+    "Device IP:": "设备IP：",
+    "Port:": "端口：",
+    "OK": "确定",
+    "提示": "Notice",
+    # user management
+    "User Management": "用户管理",
+    "User List": "用户列表",
+    "ID": "编号",
+    "User Info": "用户信息",
+    "UserName:": "用户名：",
+    "PassWord:": "密码：",
+    "Repeat:": "确认密码：",
+    "Add": "添加",
+    "Edit": "编辑",
+    "Delete": "删除",
+    "Save": "保存",
+    "two password not equation!": "两次输入的密码不一致！",
+    # main window
+    "Usermanage": "用户管理",
+    "Connect Setting": "连接设置",
+    "Minimize": "最小化",
+    "Maximize": "最大化",
+    "Close": "关闭",
+    "refrensh": "刷新",
+    "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connecting":
+        "OrvexMatrixControl  用户:%3  IP:%1  端口:%2 正在连接",
+    "OrvexMatrixControl  User:%3   Ip:%1  Port:%2  connected":
+        "OrvexMatrixControl  用户:%3   IP:%1  端口:%2  已连接",
+    "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 disconnected":
+        "OrvexMatrixControl  用户:%3  IP:%1  端口:%2 已断开",
+    "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connected":
+        "OrvexMatrixControl  用户:%3  IP:%1  端口:%2 已连接",
+}
+
+CJK = re.compile(r"[\u3000-\u9fff\uff00-\uffef]")
+
+
+def fill(path: Path, want_chinese: bool) -> list:
+    tree = ET.parse(path)
+    missing = []
+    for message in tree.iter("message"):
+        source = message.findtext("source")
+        translation = message.find("translation")
+        source_is_chinese = bool(CJK.search(source))
+        if source_is_chinese == want_chinese:
+            text = source
+        elif source in GLOSSARY:
+            text = GLOSSARY[source]
+        else:
+            missing.append(source)
+            continue
+        translation.text = text
+        translation.attrib.pop("type", None)
+    tree.write(path, encoding="utf-8", xml_declaration=True)
+    # Keep the DOCTYPE line lupdate writes.
+    body = path.read_text(encoding="utf-8")
+    if "<!DOCTYPE TS>" not in body:
+        body = body.replace("?>\n", "?>\n<!DOCTYPE TS>\n", 1)
+        path.write_text(body, encoding="utf-8")
+    return missing
+
+
+def main() -> int:
+    root = Path(__file__).resolve().parent.parent / "resources" / "translations"
+    missing = fill(root / "Chinese.ts", True) + fill(root / "English.ts", False)
+    for source in sorted(set(missing)):
+        print(f"no translation for: {source!r}", file=sys.stderr)
+    return 1 if missing else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
