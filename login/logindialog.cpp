@@ -45,6 +45,10 @@ LoginDialog::LoginDialog(QWidget *parent)
         ui->passwordEdit->setText(accounts.rememberedPassword());
     }
 
+    // The name is usually prefilled: let the operator type the password at once.
+    if (!ui->usernameEdit->text().isEmpty())
+        ui->passwordEdit->setFocus();
+
     connect(&m_tipTimer, &QTimer::timeout, ui->labelTip, &QLabel::clear);
     connect(MessageDistance::instance(), &MessageDistance::connectSuccessFulSig, this, &LoginDialog::connectSuccessSlot);
     connect(MessageDistance::instance(), &MessageDistance::connectFailureSig, this, &LoginDialog::connectFailureSlot);

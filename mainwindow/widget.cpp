@@ -39,6 +39,7 @@ Widget::Widget(QWidget *parent)
     setWindowIcon(QIcon(":/Images/applogo.png"));
     setWindowTitle("ORVEXMATRIX CONTORL");
     ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
+    applyStartLanguage();
 
     connect(ui->btnClose, &QPushButton::clicked, this, &QWidget::close);
     connect(ui->btnMin, &QPushButton::clicked, this, &QWidget::showMinimized);
@@ -60,6 +61,20 @@ Widget::Widget(QWidget *parent)
 
     resize(1280, 800);
     show();
+}
+
+void Widget::applyStartLanguage()
+{
+    AppSettings *settings = AppSettings::instance();
+    int language = settings->language();
+    if (language == -1) {
+        // Never chosen: follow the system, and remember the choice.
+        language = QLocale::system().language() == QLocale::Chinese ? 0 : 1;
+        settings->setLanguage(language);
+    }
+    m_translator.load(language == 0 ? ":/Chinese" : ":/English");
+    QCoreApplication::installTranslator(&m_translator);
+    ui->retranslateUi(this);
 }
 
 void Widget::runLoginDecision()
@@ -128,6 +143,7 @@ void Widget::on_btn_RestoreOrMax_clicked()
     } else {
         showNormal();
         ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
+    applyStartLanguage();
     }
 }
 

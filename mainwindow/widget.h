@@ -3,6 +3,7 @@
 #include "dialogs/basewidget.h"
 
 #include <QJsonObject>
+#include <QTranslator>
 
 namespace Ui {
 class Widget;
@@ -36,6 +37,9 @@ private:
     void setStatus(const QString &text, int state);
     QString formatStatus(const char *source) const;
 
+    void applyStartLanguage();
+
     Ui::Widget *ui;
+    QTranslator m_translator;
     bool m_maximized = false;
 };

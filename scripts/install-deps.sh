@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(build-essential cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5sql5-sqlite sqlite3)
 if [ "${1:-build}" = demo ]; then
-    packages+=(xvfb xauth x11-utils imagemagick fonts-wqy-microhei xcompmgr)
+    packages+=(xvfb xauth x11-utils imagemagick fonts-wqy-microhei xcompmgr xdotool)
 fi
 
 missing=()

@@ -1,16 +1,19 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and starts the application against the bundled
 # device emulator. Without a display it runs under Xvfb and saves a screenshot.
-#   run-demo.sh [--model ORXM100|ORXM200] [--seconds N]  (N: how long to run headless)
+#   run-demo.sh [--model ORXM100|ORXM200] [--seconds N] [--chinese]
+#   (N: how long to run headless; --chinese starts in the Chinese interface)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${BUILD_DIR:-$root/build}
 model=ORXM200
 seconds=8
+language=1
 while [ $# -gt 0 ]; do
     case "$1" in
         --model) model=$2; shift 2 ;;
         --seconds) seconds=$2; shift 2 ;;
+        --chinese) language=0; shift ;;
         *) echo "unknown option $1" >&2; exit 2 ;;
     esac
 done
@@ -36,6 +39,8 @@ cat >"$bin/config.ini" <<INI
 [NetWork]
 Ip=$host
 Port=$port
+[Language]
+language=$language
 INI
 
 cd "$bin"
@@ -54,6 +59,15 @@ pids+=($!)
 ./OrvexControl &
 app=$!
 pids+=($app)
+sleep 3
+shot="$root/shot-login.png"
+import -window root "$shot"
+echo "screenshot of the login dialog: $shot"
+# Log in as the seeded administrator, as an operator would.
+if command -v xdotool >/dev/null; then
+    xdotool type --delay 20 tulip908
+    xdotool key Return
+fi
 sleep "$seconds"
 shot="$root/shot.png"
 import -window root "$shot"
