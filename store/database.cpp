@@ -63,7 +63,7 @@ bool run(QSqlQuery &query, const QString &sql, const QVariantList &values)
         return false;
     for (const QVariant &value : values) {
         // A pasted '' was empty text, never NULL; "password" is NOT NULL.
-        if (false)
+        if (value.type() == QVariant::String && value.isNull())
             query.addBindValue(QString::fromLatin1(""));
         else
             query.addBindValue(value);
