@@ -1,0 +1,80 @@
+#include "simserver.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+int fail(const QString &message)
+{
+    std::fprintf(stderr, "orvex-sim: %s\n", qPrintable(message));
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("orvex-sim"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Emulates an ORXM matrix switcher: \"{param=...}\" commands on the command port, "
+        "uploads on port %1 of the same address.").arg(FileChannel::Port));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption hostOption(QStringLiteral("host"),
+        QStringLiteral("Address to listen on (default 127.0.0.1)."), QStringLiteral("addr"),
+        QStringLiteral("127.0.0.1"));
+    const QCommandLineOption portOption(QStringLiteral("port"),
+        QStringLiteral("Command port (default 8000); 0 picks a free one, shown in the ready line."),
+        QStringLiteral("n"), QStringLiteral("8000"));
+    const QCommandLineOption modelOption(QStringLiteral("model"),
+        QStringLiteral("ORXM200 (9 ports, default) or ORXM100 (8 ports)."), QStringLiteral("model"),
+        QStringLiteral("ORXM200"));
+    const QCommandLineOption noFilePortOption(QStringLiteral("no-file-port"),
+        QStringLiteral("Do not listen on the file port."));
+    const QCommandLineOption noAckOption(QStringLiteral("no-ack"),
+        QStringLiteral("Withhold the acknowledgement of {param=Done}; pieces are still acknowledged."));
+    const QCommandLineOption junkOption(QStringLiteral("junk"),
+        QStringLiteral("Put random non-JSON bytes between reply frames."));
+    const QCommandLineOption dropAfterOption(QStringLiteral("drop-after"),
+        QStringLiteral("Close a command connection after it has sent n commands (default 0: never)."),
+        QStringLiteral("n"), QStringLiteral("0"));
+    const QCommandLineOption verboseOption(QStringLiteral("verbose"),
+        QStringLiteral("Log every received command to stderr."));
+    parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
+                       dropAfterOption, verboseOption});
+    parser.process(app);
+
+    SimOptions options;
+    const QString host = parser.value(hostOption);
+    options.host = host == QLatin1String("localhost") ? QHostAddress(QHostAddress::LocalHost) : QHostAddress(host);
+    if (options.host.isNull())
+        return fail(QStringLiteral("not an IP address: %1").arg(host));
+    bool ok = false;
+    const uint port = parser.value(portOption).toUInt(&ok);
+    if (!ok || port > 65535)
+        return fail(QStringLiteral("not a port number: %1").arg(parser.value(portOption)));
+    options.port = static_cast<quint16>(port);
+    const std::optional<SimModel> model = SimDevice::modelFromName(parser.value(modelOption));
+    if (!model)
+        return fail(QStringLiteral("unknown model %1 (ORXM200 or ORXM100)").arg(parser.value(modelOption)));
+    options.model = *model;
+    options.dropAfter = parser.value(dropAfterOption).toInt(&ok);
+    if (!ok || options.dropAfter < 0)
+        return fail(QStringLiteral("not a command count: %1").arg(parser.value(dropAfterOption)));
+    options.filePort = !parser.isSet(noFilePortOption);
+    options.finalAck = !parser.isSet(noAckOption);
+    options.junk = parser.isSet(junkOption);
+    options.verbose = parser.isSet(verboseOption);
+
+    SimServer server(options);
+    if (!server.listen())
+        return fail(server.errorString());
+    return app.exec();
+}

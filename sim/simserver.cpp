@@ -1,0 +1,224 @@
+#include "simserver.h"
+
+#include <QRandomGenerator>
+#include <QTcpSocket>
+
+#include <cstdio>
+
+namespace {
+
+QString endpoint(const QHostAddress &host, quint16 port)
+{
+    const QString address = host.protocol() == QAbstractSocket::IPv6Protocol
+        ? QLatin1Char('[') + host.toString() + QLatin1Char(']')
+        : host.toString();
+    return address + QLatin1Char(':') + QString::number(port);
+}
+
+// One line per command, even when the peer sent control bytes inside braces.
+QByteArray printable(const QByteArray &bytes)
+{
+    QByteArray text;
+    for (char c : bytes) {
+        if (c >= ' ' && c <= '~')
+            text += c;
+        else
+            text += "\\x" + QByteArray::number(static_cast<uchar>(c), 16).rightJustified(2, '0');
+    }
+    return text;
+}
+
+} // namespace
+
+const QByteArray FileChannel::Ack = "<ACK_1>\r\n";
+
+FileChannel::FileChannel(QObject *parent)
+    : QObject(parent)
+{
+    m_quietTimer.setSingleShot(true);
+    m_quietTimer.setInterval(QuietMs);
+    connect(&m_quietTimer, &QTimer::timeout, this, &FileChannel::onQuiet);
+    connect(&m_server, &QTcpServer::newConnection, this, &FileChannel::onNewConnection);
+}
+
+bool FileChannel::listen(const QHostAddress &host)
+{
+    return m_server.listen(host, Port);
+}
+
+void FileChannel::acknowledgeUpload()
+{
+    // A transfer ends here; bytes not yet answered belong to it.
+    m_quietTimer.stop();
+    m_unacknowledged = 0;
+    acknowledge();
+}
+
+void FileChannel::onNewConnection()
+{
+    // Decide on the next pass of the event loop: a client that has just
+    // aborted its connection to reconnect is gone by then and does not
+    // block its own new connection.
+    while (QTcpSocket *socket = m_server.nextPendingConnection())
+        QTimer::singleShot(0, socket, [this, socket] { adopt(socket); });
+}
+
+void FileChannel::adopt(QTcpSocket *socket)
+{
+    if (socket->state() != QAbstractSocket::ConnectedState) {
+        socket->deleteLater();
+        return;
+    }
+    if (m_client) {
+        // The device serves one upload at a time and hangs up on the rest.
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        socket->disconnectFromHost();
+        return;
+    }
+    m_client = socket;
+    m_unacknowledged = 0;
+    connect(socket, &QTcpSocket::readyRead, this, &FileChannel::onReadyRead);
+    connect(socket, &QTcpSocket::disconnected, this, &FileChannel::forgetClient);
+    // Bytes may have come with the connection, before readyRead was connected.
+    if (socket->bytesAvailable() > 0)
+        onReadyRead();
+}
+
+void FileChannel::onReadyRead()
+{
+    if (!m_client)
+        return;
+    m_unacknowledged += m_client->readAll().size();
+    while (m_unacknowledged >= PieceSize) {
+        m_unacknowledged -= PieceSize;
+        acknowledge();
+    }
+    if (m_unacknowledged > 0)
+        m_quietTimer.start();
+    else
+        m_quietTimer.stop();
+}
+
+void FileChannel::onQuiet()
+{
+    if (m_unacknowledged == 0)
+        return;
+    m_unacknowledged = 0;
+    acknowledge();
+}
+
+void FileChannel::forgetClient()
+{
+    m_quietTimer.stop();
+    m_unacknowledged = 0;
+    if (m_client)
+        m_client->deleteLater();
+    m_client = nullptr;
+}
+
+void FileChannel::acknowledge()
+{
+    if (!m_client || m_client->state() != QAbstractSocket::ConnectedState)
+        return;
+    m_client->write(Ack);
+    m_client->flush();
+}
+
+SimServer::SimServer(const SimOptions &options, QObject *parent)
+    : QObject(parent)
+    , m_options(options)
+    , m_device(options.model)
+{
+    connect(&m_commandServer, &QTcpServer::newConnection, this, &SimServer::onNewConnection);
+}
+
+bool SimServer::listen()
+{
+    if (!m_commandServer.listen(m_options.host, m_options.port)) {
+        m_error = QStringLiteral("cannot listen for commands on %1: %2")
+                      .arg(endpoint(m_options.host, m_options.port), m_commandServer.errorString());
+        return false;
+    }
+    if (m_options.filePort && !m_files.listen(m_options.host)) {
+        m_error = QStringLiteral("cannot listen for files on %1: %2")
+                      .arg(endpoint(m_options.host, FileChannel::Port), m_files.errorString());
+        m_commandServer.close();
+        return false;
+    }
+    const QString files = m_options.filePort
+        ? QStringLiteral("files on %1").arg(endpoint(m_options.host, FileChannel::Port))
+        : QStringLiteral("no file port");
+    const QByteArray line = QStringLiteral("listening on %1, %2\n")
+                                .arg(endpoint(m_options.host, commandPort()), files)
+                                .toLocal8Bit();
+    // stdout is a pipe when a test starts us: flush, or the line sits in the buffer.
+    std::fputs(line.constData(), stdout);
+    std::fflush(stdout);
+    return true;
+}
+
+void SimServer::onNewConnection()
+{
+    while (QTcpSocket *socket = m_commandServer.nextPendingConnection()) {
+        m_sessions.insert(socket, Session());
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] { onReadyRead(socket); });
+        connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+            m_sessions.remove(socket);
+            socket->deleteLater();
+        });
+    }
+}
+
+void SimServer::onReadyRead(QTcpSocket *socket)
+{
+    auto session = m_sessions.find(socket);
+    if (session == m_sessions.end() || session->closing) {
+        socket->readAll();
+        return;
+    }
+    session->cutter.append(socket->readAll());
+
+    // All replies to one read leave in one write, as the device sends them.
+    QByteArray out;
+    QByteArray command;
+    while (session->cutter.next(&command)) {
+        const SimDevice::Outcome outcome = m_device.handle(command);
+        if (m_options.verbose) {
+            const QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
+            std::fputs(line.constData(), stderr);
+            std::fflush(stderr);
+        }
+        for (const QByteArray &frame : outcome.frames)
+            out += (m_options.junk ? junk() : QByteArray()) + frame;
+        if (outcome.uploadDone && m_options.finalAck)
+            m_files.acknowledgeUpload();
+        if (m_options.dropAfter > 0 && ++session->commands >= m_options.dropAfter) {
+            session->closing = true;
+            break;
+        }
+    }
+    // A failed flush can drop the session on the spot: decide before writing.
+    const bool drop = session->closing;
+    if (!out.isEmpty()) {
+        if (m_options.junk)
+            out += junk();
+        socket->write(out);
+        socket->flush();
+    }
+    // disconnectFromHost() lets the replies already written go out first.
+    if (drop)
+        socket->disconnectFromHost();
+}
+
+QByteArray SimServer::junk() const
+{
+    // Stray bytes between frames, which the application must skip; never a
+    // brace, which would start or end a frame.
+    static const QByteArray alphabet = QByteArray("abcxyzXYZ0123456789 \r\n\t", 23) + '\0';
+    QRandomGenerator *random = QRandomGenerator::global();
+    QByteArray bytes;
+    const int length = random->bounded(1, 9);
+    for (int i = 0; i < length; ++i)
+        bytes += alphabet.at(random->bounded(alphabet.size()));
+    return bytes;
+}

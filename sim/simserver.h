@@ -1,0 +1,92 @@
+#pragma once
+
+#include "commandcutter.h"
+#include "simdevice.h"
+
+#include <QHash>
+#include <QHostAddress>
+#include <QObject>
+#include <QPointer>
+#include <QTcpServer>
+#include <QTimer>
+
+class QTcpSocket;
+
+struct SimOptions
+{
+    QHostAddress host = QHostAddress::LocalHost;
+    quint16 port = 8000;
+    SimModel model = SimModel::Orxm200;
+    bool filePort = true;
+    bool finalAck = true;     // answer "{param=Done}" on the file connection
+    bool junk = false;        // random non-JSON bytes between reply frames
+    int dropAfter = 0;        // close a command connection after this many commands; 0: never
+    bool verbose = false;     // log every received command to stderr
+};
+
+// The file port: takes one upload connection at a time and paces it the way
+// the device does, with one acknowledgement per 500 bytes received and one
+// for a shorter last piece once the sender has gone quiet.
+class FileChannel : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr quint16 Port = 6666;
+    static constexpr int PieceSize = 500;
+    static constexpr int QuietMs = 50;
+    static const QByteArray Ack;
+
+    explicit FileChannel(QObject *parent = nullptr);
+
+    bool listen(const QHostAddress &host);
+    QString errorString() const { return m_server.errorString(); }
+    // The closing acknowledgement of a transfer, after "{param=Done}".
+    void acknowledgeUpload();
+
+private:
+    void onNewConnection();
+    void adopt(QTcpSocket *socket);
+    void onReadyRead();
+    void onQuiet();
+    void forgetClient();
+    void acknowledge();
+
+    QTcpServer m_server;
+    QPointer<QTcpSocket> m_client;
+    qint64 m_unacknowledged = 0;
+    QTimer m_quietTimer;
+};
+
+// The command port plus the file port, both serving one shared device.
+class SimServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit SimServer(const SimOptions &options, QObject *parent = nullptr);
+
+    // Opens both ports; on failure errorString() says which and why.
+    bool listen();
+    QString errorString() const { return m_error; }
+    quint16 commandPort() const { return m_commandServer.serverPort(); }
+
+private:
+    struct Session
+    {
+        CommandCutter cutter;
+        int commands = 0;
+        bool closing = false;
+    };
+
+    void onNewConnection();
+    void onReadyRead(QTcpSocket *socket);
+    QByteArray junk() const;
+
+    SimOptions m_options;
+    SimDevice m_device;
+    QTcpServer m_commandServer;
+    FileChannel m_files;
+    QHash<QTcpSocket *, Session> m_sessions;
+    QString m_error;
+};
