@@ -73,3 +73,11 @@ void BaseWidget::loadStyleSheet(QWidget *widget, const QString &resource)
     if (file.open(QIODevice::ReadOnly))
         widget->setStyleSheet(QString::fromUtf8(file.readAll()));
 }
+
+void BaseWidget::setUpDialog(QWidget *dialog, QWidget *frame, QWidget *dragHandle, Qt::WindowFlags extra)
+{
+    makeFrameless(dialog, extra);
+    applyShadow(frame);
+    loadStyleSheet(dialog, ":/styles/dialogs.qss");
+    new WindowDragger(dragHandle);
+}

@@ -36,6 +36,9 @@ public:
     static void applyShadow(QWidget *frame);
     // Frameless, translucent window flags for dialogs sharing this look.
     static void makeFrameless(QWidget *window, Qt::WindowFlags extra = {});
+    // The common set-up of a frameless dialog: flags, shadow on `frame`, the shared
+    // dialog style sheet and dragging by `dragHandle`.
+    static void setUpDialog(QWidget *dialog, QWidget *frame, QWidget *dragHandle, Qt::WindowFlags extra);
     // Applies a style sheet compiled in as a resource (":/styles/...").
     static void loadStyleSheet(QWidget *widget, const QString &resource);
 

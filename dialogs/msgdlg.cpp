@@ -8,10 +8,7 @@ MsgDlg::MsgDlg(QWidget *parent)
     , ui(new Ui::MsgDlg)
 {
     ui->setupUi(this);
-    BaseWidget::makeFrameless(this, Qt::Dialog);
-    BaseWidget::applyShadow(ui->frame);
-    BaseWidget::loadStyleSheet(this, ":/styles/dialogs.qss");
-    new WindowDragger(ui->titleWidget);
+    BaseWidget::setUpDialog(this, ui->frame, ui->titleWidget, Qt::Dialog);
     setWindowIcon(QIcon(":/Images/applogo.png"));
 }
 

@@ -9,10 +9,7 @@ LoginSettingDialog::LoginSettingDialog(QWidget *parent)
     , ui(new Ui::LoginSettingDialog)
 {
     ui->setupUi(this);
-    BaseWidget::makeFrameless(this, Qt::Tool);
-    BaseWidget::applyShadow(ui->frame);
-    BaseWidget::loadStyleSheet(this, ":/styles/dialogs.qss");
-    new WindowDragger(ui->titleWidget);
+    BaseWidget::setUpDialog(this, ui->frame, ui->titleWidget, Qt::Tool);
 
     ui->DeviceIP->setText(deviceRecord()->deviceIp());
     ui->DevicePort->setText(QString::number(deviceRecord()->devicePort()));

@@ -9,10 +9,7 @@ Usermanagerdialog::Usermanagerdialog(QWidget *parent)
     , ui(new Ui::Usermanagerdialog)
 {
     ui->setupUi(this);
-    BaseWidget::makeFrameless(this, Qt::Tool);
-    BaseWidget::applyShadow(ui->frame);
-    BaseWidget::loadStyleSheet(this, ":/styles/dialogs.qss");
-    new WindowDragger(ui->titleWidget);
+    BaseWidget::setUpDialog(this, ui->frame, ui->titleWidget, Qt::Tool);
 
     ui->tableWidget->setEditTriggers(QAbstractItemView::NoEditTriggers);
     ui->tableWidget->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
