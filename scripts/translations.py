@@ -41,6 +41,10 @@ GLOSSARY = {
     "Delete": "删除",
     "Save": "保存",
     "two password not equation!": "两次输入的密码不一致！",
+    # port naming
+    "重命名": "Rename",
+    "新名称:": "New Name:",
+    "cancel": "取消",
     # main window
     "Usermanage": "用户管理",
     "Connect Setting": "连接设置",
@@ -63,6 +67,8 @@ CJK = re.compile(r"[\u3000-\u9fff\uff00-\uffef]")
 
 def fill(path: Path, want_chinese: bool) -> list:
     tree = ET.parse(path)
+    # lupdate refuses to update a file whose language it does not know.
+    tree.getroot().set("language", "zh_CN" if want_chinese else "en_US")
     missing = []
     for message in tree.iter("message"):
         source = message.findtext("source")

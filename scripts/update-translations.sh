@@ -4,5 +4,5 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
-lupdate -locations none -no-obsolete app device store login mainwindow dialogs \
+lupdate -I . -locations none -no-obsolete app device store login mainwindow dialogs \
     -ts resources/translations/Chinese.ts resources/translations/English.ts

@@ -1,6 +1,6 @@
 <?xml version='1.0' encoding='utf-8'?>
 <!DOCTYPE TS>
-<TS version="2.1">
+<TS version="2.1" language="en_US">
 <context>
     <name>LoginDialog</name>
     <message>
@@ -68,6 +68,21 @@
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>RenameDialog</name>
+    <message>
+        <source>重命名</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>新名称:</source>
+        <translation>New Name:</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>cancel</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+namespace Ui {
+class TableItemWidget;
+}
+
+// One output cell of a routing grid: the routed input above, the output below.
+class TableItemWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TableItemWidget(QWidget *parent = nullptr);
+    ~TableItemWidget() override;
+
+    void setInputText(const QString &text);
+    void setOutputText(const QString &text);
+    QString inputText() const;
+    QString outputText() const;
+    void setColor(const QString &color, int pointSize);
+    void setInputFontSize(int pointSize);
+
+private:
+    Ui::TableItemWidget *ui;
+};
