@@ -1,0 +1,132 @@
+#include "device/devicestate.h"
+
+#include <QJsonArray>
+
+namespace DeviceState {
+
+int portOfKey(const QString &key, const QString &prefix)
+{
+    const QStringList parts = key.split(prefix, Qt::SkipEmptyParts);
+    return parts.isEmpty() ? 0 : parts.last().toInt();
+}
+
+QMap<int, int> intMap(const QJsonObject &reply, const QString &prefix)
+{
+    QMap<int, int> map;
+    for (auto it = reply.begin(); it != reply.end(); ++it)
+        map.insert(portOfKey(it.key(), prefix), it.value().toVariant().toInt());
+    return map;
+}
+
+QMap<int, QString> textMap(const QJsonObject &reply, const QString &prefix)
+{
+    QMap<int, QString> map;
+    for (auto it = reply.begin(); it != reply.end(); ++it)
+        map.insert(portOfKey(it.key(), prefix), it.value().toVariant().toString());
+    return map;
+}
+
+QMap<int, bool> signalMap(const QJsonObject &reply)
+{
+    QMap<int, bool> map;
+    for (auto it = reply.begin(); it != reply.end(); ++it)
+        map.insert(portOfKey(it.key(), "-"), it.value().toString() == QLatin1String("true"));
+    return map;
+}
+
+int storeVersion(DeviceRecord *record, const QJsonObject &reply)
+{
+    const QString type = reply.value("type").toString();
+    int flag = -1;
+    if (type == QLatin1String("ORXM200"))
+        flag = 1;
+    else if (type == QLatin1String("ORXM100"))
+        flag = 0;
+    if (flag >= 0) {
+        record->setModelType(type);
+        record->setModelFlag(flag);
+    }
+    // Both prefixes end in a blank, and "MCU :" has one before the colon.
+    record->setFpgaVersion("FPGA: " + reply.value("FPGA").toVariant().toString());
+    record->setMcuVersion("MCU : " + reply.value("MCU").toVariant().toString());
+    return flag;
+}
+
+void storeVideoMap(DeviceRecord *record, const QJsonObject &reply)
+{
+    record->setVideoMap(intMap(reply, "video"));
+    record->setJoinMode(reply.value("mode").toVariant().toInt());
+}
+
+void storeNetwork(DeviceRecord *record, const QJsonObject &reply)
+{
+    record->setNetIp(reply.value("ip").toVariant().toString());
+    record->setNetGateway(reply.value("gateway").toVariant().toString());
+    record->setNetSubnet(reply.value("subnet").toVariant().toString());
+    record->setNetMac(reply.value("mac").toVariant().toString());
+}
+
+OverlayRecord overlayFromReply(const QJsonObject &reply)
+{
+    OverlayRecord overlay;
+    if (reply.contains("Switch"))
+        overlay.enabled = reply.value("Switch").toString() == QLatin1String("true");
+    if (reply.contains("Color"))
+        overlay.textColor = reply.value("Color").toVariant().toString();
+    if (reply.contains("Speed"))
+        overlay.speed = reply.value("Speed").toVariant().toInt();
+    if (reply.contains("Position_x"))
+        overlay.positionX = reply.value("Position_x").toVariant().toInt();
+    if (reply.contains("Position_y"))
+        overlay.positionY = reply.value("Position_y").toVariant().toInt();
+    if (reply.contains("Bg_switch"))
+        overlay.backgroundEnabled = reply.value("Bg_switch").toString() == QLatin1String("true");
+    if (reply.contains("Bg_Color"))
+        overlay.backgroundColor = reply.value("Bg_Color").toVariant().toString();
+    if (reply.contains("Move_dir"))
+        overlay.direction = reply.value("Move_dir").toVariant().toString();
+    return overlay;
+}
+
+int jointOutputs(int mode, int modelFlag)
+{
+    static const int outputs[] = {1, 2, 2, 4, 6, 6};
+    if (mode >= 0 && mode < 6)
+        return outputs[mode];
+    if (mode == 6)
+        return modelFlag == 1 ? 9 : 8;
+    return 0;
+}
+
+namespace {
+template<typename T>
+QJsonObject mapToJson(const QMap<int, T> &map)
+{
+    QJsonObject object;
+    for (auto it = map.begin(); it != map.end(); ++it)
+        object.insert(QString::number(it.key()), QJsonValue::fromVariant(QVariant::fromValue(it.value())));
+    return object;
+}
+} // namespace
+
+QJsonObject toJson(const DeviceRecord &record)
+{
+    return QJsonObject{
+        {"model", record.modelType()},
+        {"modelFlag", record.modelFlag()},
+        {"fpga", record.fpgaVersion()},
+        {"mcu", record.mcuVersion()},
+        {"joinMode", record.joinMode()},
+        {"video", mapToJson(record.videoMap())},
+        {"audio", mapToJson(record.audioMap())},
+        {"ir", mapToJson(record.irMap())},
+        {"inputSignal", mapToJson(record.inputSignalMap())},
+        {"inputResolution", mapToJson(record.inputResolutionMap())},
+        {"outputResolution", mapToJson(record.outputResolutionMap())},
+        {"network", QJsonObject{{"ip", record.netIp()}, {"gateway", record.netGateway()},
+                                {"subnet", record.netSubnet()}, {"mac", record.netMac()}}},
+        {"volume", mapToJson(record.volumeMap())},
+    };
+}
+
+} // namespace DeviceState

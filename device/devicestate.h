@@ -1,0 +1,36 @@
+#pragma once
+
+#include "device/devicerecord.h"
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+
+// Turns the device's replies into the device record. Every map reply has one
+// member per port: a key prefix followed by the port number.
+namespace DeviceState {
+
+// The port number of `key`: the last part after splitting at `prefix`; 0 when
+// the key carries no number (such members are kept under port 0).
+int portOfKey(const QString &key, const QString &prefix);
+
+QMap<int, int> intMap(const QJsonObject &reply, const QString &prefix);
+QMap<int, QString> textMap(const QJsonObject &reply, const QString &prefix);
+// Only the text "true" counts as a signal.
+QMap<int, bool> signalMap(const QJsonObject &reply);
+
+// Stores type and versions; returns the new model flag, or -1 for an unknown type
+// (which keeps the previous model).
+int storeVersion(DeviceRecord *record, const QJsonObject &reply);
+// Stores the video map and the join mode ("mode").
+void storeVideoMap(DeviceRecord *record, const QJsonObject &reply);
+void storeNetwork(DeviceRecord *record, const QJsonObject &reply);
+OverlayRecord overlayFromReply(const QJsonObject &reply);
+
+// Outputs a joined wall covers in join mode `mode`.
+int jointOutputs(int mode, int modelFlag);
+
+// The whole record as one JSON object, for tools.
+QJsonObject toJson(const DeviceRecord &record);
+
+} // namespace DeviceState
