@@ -58,19 +58,18 @@ void ListWidget::updateStateMarks(int mode)
     const QIcon withSignal(circle(SignalColour));
     const QIcon withoutSignal(circle(NoSignalColour));
     setIconSize(QSize(8, 8));
-    // Mode 1 (with its own two colours, "#6988a0" and "#789383") has no marking rule yet.
-    if (mode != 0)
-        return;
+    // Mode 0 lists the shifted (type 1) entries, mode 1 the plain ones.
+    const int hiddenType = mode == 0 ? 0 : 1;
     const QMap<int, bool> signalMap = deviceRecord()->inputSignalMap();
     for (int i = 0; i < count(); ++i) {
         QListWidgetItem *entry = item(i);
         // An item that never had a size hint takes the row's width (an invalid hint would be dropped).
         const int width = entry->sizeHint().width() > 0 ? entry->sizeHint().width() : viewport()->width();
         entry->setSizeHint(QSize(width, 50));
-        if (entry->data(TypeRole).toInt() == 0) {
-            entry->setHidden(true);
+        const bool hidden = entry->data(TypeRole).toInt() == hiddenType;
+        entry->setHidden(hidden);
+        if (hidden)
             continue;
-        }
         const bool hasSignal = signalMap.value(entry->data(PortRole).toString().toInt(), false);
         entry->setIcon(hasSignal ? withSignal : withoutSignal);
         entry->setForeground(QColor(hasSignal ? SignalColour : NoSignalColour));

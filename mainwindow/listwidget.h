@@ -14,7 +14,8 @@ public:
 
     explicit ListWidget(QWidget *parent = nullptr);
 
-    // Marks every input with a coloured dot by its signal state; mode 0 hides type-0 items.
+    // Marks every listed input with a coloured dot by its signal state; mode 0 lists
+    // the type-1 (audio) entries and hides type-0 ones, mode 1 the other way round.
     void updateStateMarks(int mode);
     int markMode() const { return m_markMode; }
     QPoint pressPosition() const { return m_pressPosition; }

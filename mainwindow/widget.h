@@ -5,41 +5,91 @@
 #include <QJsonObject>
 #include <QTranslator>
 
+class QButtonGroup;
+class QMenu;
+class TableWidget;
+
 namespace Ui {
 class Widget;
 }
 
-// The main window: title bar, routing pages and the connection status line.
+// The main window: routing pages, the signal list, settings pages and the
+// connection status line. Every device reply arrives here as a link signal.
 class Widget : public BaseWidget
 {
     Q_OBJECT
 
 public:
+    static constexpr const char *SoftwareVersion = "V1.0.2(20231215)";
+
     explicit Widget(QWidget *parent = nullptr);
     ~Widget() override;
 
     QString statusText() const;
+    // The context menu of a port view, built as it is shown (for the view's current port).
+    QMenu *createPortMenu(QWidget *view);
+    // Face of join-layout button `id` as last drawn: (columns, rows).
+    QSize joinFace(int id) const;
 
 public slots:
+    // Declared in this order on purpose: tools and connections rely on it.
+    void refrenshSignalSlot();
+    void receiveVersionSlot(QJsonObject obj);
+    void receiveCheckStateSlot(QJsonObject obj);
+    void receiveInputChannelStateSlot(QJsonObject obj);
+    void receiveNetWorkImforamtionSlot(QJsonObject obj);
+    void receiveVideoMapSlot(QJsonObject obj);
+    void receiveAudioMapSlot(QJsonObject obj);
+    void receiveIrMapSlot(QJsonObject obj);
+    void receiveInChannelResolutionSlot(QJsonObject obj);
+    void receiveOutChannelResolutionSlot(QJsonObject obj);
+    void receiveOsdImfSlot(int port, QJsonObject obj);
+    void receiveTitleImfSlot(QJsonObject obj);
+    void receiveVolumeValueSlot(QJsonObject obj);
+    void JoinLayoutButtonChangeSlot(int id);
     void on_usermanageBtn_clicked();
+    void on_CaptionBtn_clicked();
     void on_btn_RestoreOrMax_clicked();
     void on_refrenshBtn_clicked();
     void receiveNetWorkSuccessfulSlot();
     void receivenetWorkFailSlot();
     void receiveConnectingSlot();
+    void on_languageComboBox_currentIndexChanged(int index);
     void disConnectedSlot();
 
-private slots:
-    void reloginSlot();
+protected:
+    void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    enum TableCode { VideoCode = 0, AudioCode = 1, IrCode = 3, HdmiAudioCode = 4 };
+
+    void applyStartLanguage();
+    void installLanguage(int index);
     void runLoginDecision();
+    void relogin();
     void setStatus(const QString &text, int state);
     QString formatStatus(const char *source) const;
 
-    void applyStartLanguage();
+    void drawJoinFace(int id, int columns, int rows);
+    void setJoinLayout(int id);
+    void buildOutputGrids();
+    void refillTable(TableWidget *table);
+    void refillAllTables();
+    void refreshSignalPresence(bool audioPage);
+    void currentSignalChanged();
+    void tabChanged(int index);
+
+    void routeVideo(int input, int output);
+    void routeJoint(int input, int output);
+
+    void renameCurrentPort(QWidget *view);
+    void showPortMenu(QWidget *view, const QPoint &pos);
+    int currentPort(QWidget *view) const;
 
     Ui::Widget *ui;
     QTranslator m_translator;
+    QButtonGroup *m_joinGroup = nullptr;
     bool m_maximized = false;
+    QSize m_joinFaces[7];
 };

@@ -151,22 +151,6 @@
         <translation>连接设置</translation>
     </message>
     <message>
-        <source>Minimize</source>
-        <translation>最小化</translation>
-    </message>
-    <message>
-        <source>Maximize</source>
-        <translation>最大化</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>关闭</translation>
-    </message>
-    <message>
-        <source>Orvex系列视频切换软件</source>
-        <translation>Orvex系列视频切换软件</translation>
-    </message>
-    <message>
         <source>refrensh</source>
         <translation>刷新</translation>
     </message>
@@ -181,6 +165,166 @@
     <message>
         <source>OrvexMatrixControl  User:%3  Ip:%1  Port:%2 disconnected</source>
         <translation>OrvexMatrixControl  用户:%3  IP:%1  端口:%2 已断开</translation>
+    </message>
+    <message>
+        <source>Signal list</source>
+        <translation>信号列表</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>Joint</source>
+        <translation>拼接</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>音频</translation>
+    </message>
+    <message>
+        <source>模拟音频</source>
+        <translation>模拟音频</translation>
+    </message>
+    <message>
+        <source>HDMI音频</source>
+        <translation>HDMI音频</translation>
+    </message>
+    <message>
+        <source>Infared</source>
+        <translation>红外</translation>
+    </message>
+    <message>
+        <source>NetWork Setting</source>
+        <translation>网络设置</translation>
+    </message>
+    <message>
+        <source>Ip</source>
+        <translation>IP地址</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>网关</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>子网掩码</translation>
+    </message>
+    <message>
+        <source>Mac</source>
+        <translation>MAC地址</translation>
+    </message>
+    <message>
+        <source>Factory Reset</source>
+        <translation>恢复出厂设置</translation>
+    </message>
+    <message>
+        <source>confirm</source>
+        <translation>确认</translation>
+    </message>
+    <message>
+        <source>OtherSetting</source>
+        <translation>其他设置</translation>
+    </message>
+    <message>
+        <source>Caption</source>
+        <translation>字幕</translation>
+    </message>
+    <message>
+        <source>CaptionSetting</source>
+        <translation>字幕设置</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Buzzer</source>
+        <translation>蜂鸣器</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>免登录</source>
+        <translation>免登录</translation>
+    </message>
+    <message>
+        <source>UserManager Setting</source>
+        <translation>用户管理设置</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>切换用户</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Software Version:</source>
+        <translation>软件版本：</translation>
+    </message>
+    <message>
+        <source>Device    Version:</source>
+        <translation>设备    版本：</translation>
+    </message>
+    <message>
+        <source>Administrator</source>
+        <translation>管理员</translation>
+    </message>
+    <message>
+        <source>OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connected</source>
+        <translation>OrvexMatrixControl  用户:%3  IP:%1  端口:%2 已连接</translation>
+    </message>
+    <message>
+        <source>Output %1</source>
+        <translation>输出 %1</translation>
+    </message>
+    <message>
+        <source>Audio %1</source>
+        <translation>音频 %1</translation>
+    </message>
+    <message>
+        <source>音频模式</source>
+        <translation>音频模式</translation>
+    </message>
+    <message>
+        <source>数字音频</source>
+        <translation>数字音频</translation>
+    </message>
+    <message>
+        <source>Rename(F2)</source>
+        <translation>重命名(F2)</translation>
+    </message>
+    <message>
+        <source>OSD Setting</source>
+        <translation>台标设置</translation>
+    </message>
+    <message>
+        <source>GraphicsTest</source>
+        <translation>图形测试</translation>
+    </message>
+    <message>
+        <source>Volume Setting</source>
+        <translation>音量设置</translation>
+    </message>
+    <message>
+        <source>Edid</source>
+        <translation>EDID</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>分辨率</translation>
+    </message>
+    <message>
+        <source>Graphics Test</source>
+        <translation>图形测试</translation>
+    </message>
+    <message>
+        <source>清除</source>
+        <translation>清除</translation>
     </message>
 </context>
 </TS>

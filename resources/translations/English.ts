@@ -151,22 +151,6 @@
         <translation>Connect Setting</translation>
     </message>
     <message>
-        <source>Minimize</source>
-        <translation>Minimize</translation>
-    </message>
-    <message>
-        <source>Maximize</source>
-        <translation>Maximize</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>Close</translation>
-    </message>
-    <message>
-        <source>Orvex系列视频切换软件</source>
-        <translation>ORVEX SERIES VIDEO SWITCHING SOFTWARE</translation>
-    </message>
-    <message>
         <source>refrensh</source>
         <translation>refrensh</translation>
     </message>
@@ -181,6 +165,166 @@
     <message>
         <source>OrvexMatrixControl  User:%3  Ip:%1  Port:%2 disconnected</source>
         <translation>OrvexMatrixControl  User:%3  Ip:%1  Port:%2 disconnected</translation>
+    </message>
+    <message>
+        <source>Signal list</source>
+        <translation>Signal list</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>Joint</source>
+        <translation>Joint</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>模拟音频</source>
+        <translation>Analog Audio</translation>
+    </message>
+    <message>
+        <source>HDMI音频</source>
+        <translation>HDMI Audio</translation>
+    </message>
+    <message>
+        <source>Infared</source>
+        <translation>Infared</translation>
+    </message>
+    <message>
+        <source>NetWork Setting</source>
+        <translation>NetWork Setting</translation>
+    </message>
+    <message>
+        <source>Ip</source>
+        <translation>Ip</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>Gateway</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>Subnet</translation>
+    </message>
+    <message>
+        <source>Mac</source>
+        <translation>Mac</translation>
+    </message>
+    <message>
+        <source>Factory Reset</source>
+        <translation>Factory Reset</translation>
+    </message>
+    <message>
+        <source>confirm</source>
+        <translation>confirm</translation>
+    </message>
+    <message>
+        <source>OtherSetting</source>
+        <translation>OtherSetting</translation>
+    </message>
+    <message>
+        <source>Caption</source>
+        <translation>Caption</translation>
+    </message>
+    <message>
+        <source>CaptionSetting</source>
+        <translation>CaptionSetting</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>Buzzer</source>
+        <translation>Buzzer</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Setting</translation>
+    </message>
+    <message>
+        <source>免登录</source>
+        <translation>No login required</translation>
+    </message>
+    <message>
+        <source>UserManager Setting</source>
+        <translation>UserManager Setting</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>Connecting</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>Software Version:</source>
+        <translation>Software Version:</translation>
+    </message>
+    <message>
+        <source>Device    Version:</source>
+        <translation>Device    Version:</translation>
+    </message>
+    <message>
+        <source>Administrator</source>
+        <translation>Administrator</translation>
+    </message>
+    <message>
+        <source>OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connected</source>
+        <translation>OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connected</translation>
+    </message>
+    <message>
+        <source>Output %1</source>
+        <translation>Output %1</translation>
+    </message>
+    <message>
+        <source>Audio %1</source>
+        <translation>Audio %1</translation>
+    </message>
+    <message>
+        <source>音频模式</source>
+        <translation>Audio Mode</translation>
+    </message>
+    <message>
+        <source>数字音频</source>
+        <translation>Digital Audio</translation>
+    </message>
+    <message>
+        <source>Rename(F2)</source>
+        <translation>Rename(F2)</translation>
+    </message>
+    <message>
+        <source>OSD Setting</source>
+        <translation>OSD Setting</translation>
+    </message>
+    <message>
+        <source>GraphicsTest</source>
+        <translation>GraphicsTest</translation>
+    </message>
+    <message>
+        <source>Volume Setting</source>
+        <translation>Volume Setting</translation>
+    </message>
+    <message>
+        <source>Edid</source>
+        <translation>Edid</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Resolution</translation>
+    </message>
+    <message>
+        <source>Graphics Test</source>
+        <translation>Graphics Test</translation>
+    </message>
+    <message>
+        <source>清除</source>
+        <translation>Clear</translation>
     </message>
 </context>
 </TS>
