@@ -208,6 +208,7 @@ void Widget::applyStartLanguage()
 
 void Widget::installLanguage(int index)
 {
+    QCoreApplication::removeTranslator(&m_translator);
     m_translator.load(index == 0 ? ":/Chinese" : ":/English");
     QCoreApplication::installTranslator(&m_translator);
     ui->retranslateUi(this);
@@ -343,6 +344,7 @@ void Widget::receiveVersionSlot(QJsonObject obj)
     if (DeviceState::storeVersion(deviceRecord(), obj) == 0)
         drawJoinFace(6, 4, 2);
     buildOutputGrids();
+    refrenshSignalSlot();
     ui->fpgaVersionLabel->setText(deviceRecord()->fpgaVersion());
     ui->mcuVersionLabel->setText(deviceRecord()->mcuVersion());
     ui->softwareVersionLabel->setText(SoftwareVersion);

@@ -1,6 +1,8 @@
 #include "simprocess.h"
 
+#include <QDeadlineTimer>
 #include <QRegularExpression>
+#include <QTest>
 
 bool SimProcess::start(const QString &host, const QStringList &extraArgs)
 {
@@ -26,8 +28,27 @@ bool SimProcess::start(const QString &host, const QStringList &extraArgs)
 
 void SimProcess::stop()
 {
+    m_log.clear();
     if (m_process.state() != QProcess::NotRunning) {
         m_process.kill();
         m_process.waitForFinished(3000);
     }
+}
+
+QByteArray SimProcess::commandLog()
+{
+    m_log += m_process.readAllStandardError();
+    return m_log;
+}
+
+bool SimProcess::waitForCommand(const QByteArray &command, int timeoutMs)
+{
+    // A command the emulator does not know is logged with " (not understood)".
+    const QByteArray line = "cmd: " + command + "\n";
+    const QByteArray unknown = "cmd: " + command + " (";
+    auto seen = [&] { return commandLog().contains(line) || m_log.contains(unknown); };
+    QDeadlineTimer deadline(timeoutMs);
+    while (!seen() && !deadline.hasExpired())
+        QTest::qWait(10);
+    return seen();
 }

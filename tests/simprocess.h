@@ -13,10 +13,13 @@ public:
     void stop();
     quint16 port() const { return m_port; }
     QString host() const { return m_host; }
-    QByteArray stderrText() { return m_process.readAllStandardError(); }
+    // With --verbose the emulator logs every command it receives ("cmd: ...").
+    bool waitForCommand(const QByteArray &command, int timeoutMs = 3000);
+    QByteArray commandLog();
 
 private:
     QProcess m_process;
     QString m_host;
     quint16 m_port = 0;
+    QByteArray m_log;
 };

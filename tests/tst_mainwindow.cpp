@@ -1,18 +1,31 @@
 #include "app/appsettings.h"
+#include "device/devicerecord.h"
 #include "device/messagedistance.h"
-#include "fakedevice.h"
+#include "mainwindow/listwidget.h"
+#include "mainwindow/tableitemwidget.h"
+#include "mainwindow/tablewidget.h"
 #include "mainwindow/widget.h"
 #include "resources/guiresources.h"
+#include "simprocess.h"
 #include "store/accountstore.h"
+#include "store/portnamestore.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
-// The window talks to the process-wide link and settings, so one device and one
-// config.ini beside this test's executable serve the whole sequence.
+// The whole window against the bundled emulator. The window works with the
+// process-wide link, settings and device record, so one window serves the
+// sequence; test functions run in order and build on each other.
 class tst_MainWindow : public QObject
 {
     Q_OBJECT
@@ -20,24 +33,38 @@ class tst_MainWindow : public QObject
 private slots:
     void initTestCase();
     void cleanupTestCase();
-    void statusLine_followsTheLinkByteForByte();
+
+    void autoLoginStart_showsConnectedAndTheDeviceState();
+    void dropOnEachTable_switchesTheDevice_data();
+    void dropOnEachTable_switchesTheDevice();
+    void joinLayoutButtons_sendModeAndReshapeTheWall_data();
+    void joinLayoutButtons_sendModeAndReshapeTheWall();
+    void videoMapReply_setsTheLayoutWithoutSendingItBack();
+    void portMenus_listTheirEntriesInOrder_data();
+    void portMenus_listTheirEntriesInOrder();
+    void f2OnTheSignalList_renamesTheInputEverywhere();
+    void languageSwitch_translatesAndKeepsTheVersions();
+    void statusLine_followsDeviceStopAndRestart();
+    void eightOutputModel_showsEightCellsAndAFourByTwoFace();
     void restoreOrMaximise_twiceReturnsToNormal();
 
 private:
-    QString text(const char *state) const;
+    template<typename T>
+    T *child(const char *name) const
+    {
+        T *widget = m_window->findChild<T *>(name);
+        if (!widget)
+            qFatal("no child %s", name);
+        return widget;
+    }
+    QString status(const char *state) const;
+    bool dropInput(int listRow, TableWidget *table, int outputKey);
+    QString cellInput(TableWidget *table, int key) const { return table->widgetForKey(key)->inputText(); }
 
     QTemporaryDir m_dir;
-    FakeDevice *m_device = nullptr;
+    SimProcess m_sim;
     Widget *m_window = nullptr;
 };
-
-QString tst_MainWindow::text(const char *state) const
-{
-    const QString port = QString::number(m_device->port());
-    if (qstrcmp(state, "connected") == 0)
-        return "OrvexMatrixControl  User:ADMIN   Ip:127.0.0.31  Port:" + port + "  connected";
-    return QString("OrvexMatrixControl  User:ADMIN  Ip:127.0.0.31  Port:%1 %2").arg(port, state);
-}
 
 void tst_MainWindow::initTestCase()
 {
@@ -47,14 +74,13 @@ void tst_MainWindow::initTestCase()
     AccountStore::createTables();
     QCOMPARE(AccountStore::loginModel(), 0);
     QVERIFY(AccountStore::setLoginModel(1));
-    m_device = new FakeDevice(QHostAddress("127.0.0.31"), true, this);
-    QVERIFY(m_device->isListening());
+
+    QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
     const QString ini = QCoreApplication::applicationDirPath() + "/config.ini";
     QFile::remove(ini);
     QFile file(ini);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QString("[NetWork]\nIp=127.0.0.31\nPort=%1\n").arg(m_device->port()).toUtf8());
-    file.close();
+    file.write(QString("[NetWork]\nIp=127.0.0.31\nPort=%1\n[Language]\nlanguage=1\n").arg(m_sim.port()).toUtf8());
 }
 
 void tst_MainWindow::cleanupTestCase()
@@ -62,37 +88,272 @@ void tst_MainWindow::cleanupTestCase()
     delete m_window;
 }
 
-void tst_MainWindow::statusLine_followsTheLinkByteForByte()
+QString tst_MainWindow::status(const char *state) const
+{
+    const QString port = QString::number(m_sim.port());
+    if (qstrcmp(state, "connected") == 0)
+        return "OrvexMatrixControl  User:ADMIN   Ip:127.0.0.31  Port:" + port + "  connected";
+    return QString("OrvexMatrixControl  User:ADMIN  Ip:127.0.0.31  Port:%1 %2").arg(port, state);
+}
+
+bool tst_MainWindow::dropInput(int listRow, TableWidget *table, int outputKey)
+{
+    auto *list = child<ListWidget>("listWidget");
+    list->setCurrentRow(listRow);
+    std::unique_ptr<QMimeData> data(list->mimeData({list->currentItem()}));
+    QTableWidgetItem *cell = table->itemForKey(outputKey);
+    if (!cell)
+        return false;
+    const QPoint at = table->visualItemRect(cell).center();
+    QDragEnterEvent enter(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(table->viewport(), &enter);
+    QDropEvent drop(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(table->viewport(), &drop);
+    return enter.isAccepted();
+}
+
+void tst_MainWindow::autoLoginStart_showsConnectedAndTheDeviceState()
 {
     m_window = new Widget;
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
     QCOMPARE(m_window->windowTitle(), QString("ORVEXMATRIX CONTORL"));
-    QVERIFY(m_window->statusText() == text("connecting") || m_window->statusText() == text("connected"));
+    QTRY_COMPARE(m_window->statusText(), status("connected"));
+    for (const char *query : {"{param=version}", "{param=status}", "{param=inputinfo}", "{param=netInfo}",
+                              "{param=resolution}"})
+        QVERIFY2(m_sim.waitForCommand(query), query);
 
-    QTRY_COMPARE(m_window->statusText(), text("connected"));
-    QCOMPARE(AppSettings::instance()->connectionState(), int(AppSettings::Connected));
-    const QByteArray queries = "{param=version}{param=status}{param=inputinfo}{param=netInfo}{param=resolution}";
-    QVERIFY(m_device->waitForReceived(queries.size()));
-    QCOMPARE(m_device->takeReceived(), queries);
+    QTRY_COMPARE(child<QLabel>("fpgaVersionLabel")->text(), QString("FPGA: V1.0.5"));
+    QCOMPARE(child<QLabel>("mcuVersionLabel")->text(), QString("MCU : V2.0.3"));
+    QCOMPARE(child<QLabel>("softwareVersionLabel")->text(), QString("V1.0.2(20231215)"));
+    QTRY_COMPARE(child<QLineEdit>("ipEdit")->text(), QString("192.168.1.188"));
 
+    // The emulator starts with input n routed to output n.
+    auto *video = child<TableWidget>("videoTable");
+    QTRY_COMPARE(cellInput(video, 4), QString("[4] Input 4"));
+    QCOMPARE(video->widgetForKey(9)->outputText(), QString("[9] Output 9"));
+    QCOMPARE(cellInput(child<TableWidget>("irTable"), 2), QString("[2] Input 2"));
+    QCOMPARE(cellInput(child<TableWidget>("audioTable"), 3), QString("[3] Audio 3"));
+
+    auto *list = child<ListWidget>("listWidget");
+    QCOMPARE(list->count(), 18);
+    QCOMPARE(list->item(0)->text(), QString("[1] Input 1"));
+    QVERIFY(!list->item(0)->isHidden());
+    QVERIFY(list->item(9)->isHidden()); // audio entries only on the audio page
+    const QMap<int, bool> signalMap = deviceRecord()->inputSignalMap();
+    QVERIFY(signalMap.values().contains(true) && signalMap.values().contains(false));
+    for (int port = 1; port <= 9; ++port) {
+        QCOMPARE(list->item(port - 1)->foreground().color(),
+                 QColor(signalMap.value(port) ? "#338c56" : "#2c3e50"));
+    }
+
+    QCOMPARE(m_window->joinFace(6), QSize(3, 3));
+    auto *joint = child<TableWidget>("jointTable");
+    QCOMPARE(joint->columnCount(), 3);
+    QCOMPARE(joint->rowCount(), 3);
+    QVERIFY(child<QPushButton>("joinBtn6")->isChecked());
+}
+
+void tst_MainWindow::dropOnEachTable_switchesTheDevice_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<int>("listRow");
+    QTest::addColumn<int>("output");
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QString>("label");
+
+    QTest::newRow("video") << "videoTable" << 0 << 1 << 5 << QByteArray("{param=2VIDEO5}") << "[2] Input 2";
+    QTest::newRow("audio from the audio entries") << "audioTable" << 2 << 11 << 6 << QByteArray("{param=3AUDIO6}") << "[3] Audio 3";
+    QTest::newRow("ir") << "irTable" << 3 << 6 << 1 << QByteArray("{param=7IR1}") << "[7] Input 7";
+}
+
+void tst_MainWindow::dropOnEachTable_switchesTheDevice()
+{
+    QFETCH(QString, table);
+    QFETCH(int, tab);
+    QFETCH(int, listRow);
+    QFETCH(int, output);
+    QFETCH(QByteArray, command);
+    QFETCH(QString, label);
+
+    child<QTabWidget>("tabWidget")->setCurrentIndex(tab);
+    auto *grid = child<TableWidget>(table.toLatin1());
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    QVERIFY(dropInput(listRow, grid, output));
+    QVERIFY(m_sim.waitForCommand(command));
+    // The device's answer is what the grid shows in the end.
+    QTRY_COMPARE(cellInput(grid, output), label);
+}
+
+void tst_MainWindow::joinLayoutButtons_sendModeAndReshapeTheWall_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<QSize>("layout");
+    QTest::newRow("0") << 0 << QSize(1, 1);
+    QTest::newRow("1") << 1 << QSize(2, 1);
+    QTest::newRow("2") << 2 << QSize(1, 2);
+    QTest::newRow("3") << 3 << QSize(2, 2);
+    QTest::newRow("4") << 4 << QSize(3, 2);
+    QTest::newRow("5") << 5 << QSize(2, 3);
+    QTest::newRow("6 on the nine-output model") << 6 << QSize(3, 3);
+    QTest::newRow("7 sends but keeps the layout") << 7 << QSize(3, 3);
+}
+
+void tst_MainWindow::joinLayoutButtons_sendModeAndReshapeTheWall()
+{
+    QFETCH(int, id);
+    QFETCH(QSize, layout);
+
+    child<QTabWidget>("tabWidget")->setCurrentIndex(1);
+    m_window->JoinLayoutButtonChangeSlot(id);
+    auto *joint = child<TableWidget>("jointTable");
+    QCOMPARE(QSize(joint->columnCount(), joint->rowCount()), layout);
+    QVERIFY(m_sim.waitForCommand(QString("{param=mode%1}").arg(id).toLatin1()));
+    // The device's answer (none for an unknown mode) must leave the layout as it is.
+    QTest::qWait(100);
+    QCOMPARE(QSize(joint->columnCount(), joint->rowCount()), layout);
+}
+
+void tst_MainWindow::videoMapReply_setsTheLayoutWithoutSendingItBack()
+{
+    child<QTabWidget>("tabWidget")->setCurrentIndex(1);
+    const int modeCommandsBefore = m_sim.commandLog().count("{param=mode");
+    MessageDistance::instance()->sendMode(3); // straight to the device, as another client would
+    QVERIFY(m_sim.waitForCommand("{param=mode3}"));
+    auto *joint = child<TableWidget>("jointTable");
+    QTRY_COMPARE(QSize(joint->columnCount(), joint->rowCount()), QSize(2, 2));
+    QVERIFY(child<QPushButton>("joinBtn3")->isChecked());
+    QTest::qWait(100);
+    QCOMPARE(m_sim.commandLog().count("{param=mode"), modeCommandsBefore + 1);
+
+    // A joint drop in mode 3 routes the four wall outputs, video and audio.
+    QVERIFY(dropInput(4, joint, 1));
+    QVERIFY(m_sim.waitForCommand("{param=5VIDEO101}"));
+    QVERIFY(m_sim.waitForCommand("{param=5AUDIO1}"));
+    auto *video = child<TableWidget>("videoTable");
+    for (int output = 1; output <= 4; ++output)
+        QTRY_COMPARE(cellInput(video, output), QString("[5] Input 5"));
+    QCOMPARE(cellInput(video, 6), QString("[6] Input 6"));
+}
+
+void tst_MainWindow::portMenus_listTheirEntriesInOrder_data()
+{
+    QTest::addColumn<QString>("view");
+    QTest::addColumn<QStringList>("entries");
+    QTest::newRow("signal list") << "listWidget"
+                                 << QStringList{"Rename(F2)", "OSD Setting", "GraphicsTest", "Volume Setting", "Edid", "Resolution"};
+    QTest::newRow("video") << "videoTable" << QStringList{"Rename(F2)", "Resolution", "Graphics Test"};
+    QTest::newRow("first audio") << "audioTable" << QStringList{"Clear", "Rename(F2)", "Audio Mode"};
+    QTest::newRow("second audio") << "hdmiAudioTable"
+                                  << QStringList{"Clear", "Rename(F2)", "Resolution", "Graphics Test", "Audio Mode"};
+    QTest::newRow("ir") << "irTable" << QStringList{"Rename(F2)", "Clear"};
+    QTest::newRow("joint") << "jointTable" << QStringList{"Rename(F2)", "Clear", "Resolution", "Graphics Test"};
+}
+
+void tst_MainWindow::portMenus_listTheirEntriesInOrder()
+{
+    QFETCH(QString, view);
+    QFETCH(QStringList, entries);
+
+    std::unique_ptr<QMenu> menu(m_window->createPortMenu(child<QWidget>(view.toLatin1())));
+    QStringList texts;
+    for (QAction *action : menu->actions())
+        texts << action->text();
+    QCOMPARE(texts, entries);
+    if (QAction *modes = menu->actions().last(); modes->menu()) {
+        QStringList sub;
+        for (QAction *action : modes->menu()->actions())
+            sub << action->text();
+        QCOMPARE(sub, (QStringList{"Digital Audio", "Analog Audio"}));
+    }
+}
+
+void tst_MainWindow::f2OnTheSignalList_renamesTheInputEverywhere()
+{
+    child<QTabWidget>("tabWidget")->setCurrentIndex(0);
+    auto *list = child<ListWidget>("listWidget");
+    list->setCurrentRow(1);
+    QTimer::singleShot(0, this, [] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog);
+        auto *edit = dialog->findChild<QLineEdit *>();
+        QCOMPARE(edit->text(), QString("Input 2"));
+        edit->setText("Lectern");
+        QTest::mouseClick(dialog->findChild<QPushButton *>("btnOk"), Qt::LeftButton);
+    });
+    QTest::keyClick(list, Qt::Key_F2);
+    QCOMPARE(PortNameStore::loadPortNames(0).value(2), QString("Lectern"));
+    QCOMPARE(list->item(1)->text(), QString("[2] Lectern"));
+    // Output 5 carries input 2 since the video drop.
+    QTRY_COMPARE(cellInput(child<TableWidget>("videoTable"), 5), QString("[2] Lectern"));
+}
+
+void tst_MainWindow::languageSwitch_translatesAndKeepsTheVersions()
+{
+    auto *combo = child<QComboBox>("languageComboBox");
+    auto *heading = child<QLabel>("labelSignalList");
+    QCOMPARE(heading->text(), QString("Signal list"));
+
+    combo->setCurrentIndex(0);
+    QCOMPARE(heading->text(), QString::fromUtf8("信号列表"));
+    QCOMPARE(AppSettings::instance()->language(), 0);
+    QCOMPARE(child<QLabel>("fpgaVersionLabel")->text(), QString("FPGA: V1.0.5"));
+    QCOMPARE(child<QLabel>("softwareVersionLabel")->text(), QString("V1.0.2(20231215)"));
+    // The window re-reads its status line when the language-change event reaches it.
+    QTRY_VERIFY(m_window->statusText().contains(QString::fromUtf8("已连接")));
+
+    // The same language again: nothing stored, nothing changes.
+    AppSettings::instance()->setLanguage(5);
+    combo->setCurrentIndex(0);
+    QCOMPARE(AppSettings::instance()->language(), 5);
+
+    combo->setCurrentIndex(1);
+    QCOMPARE(heading->text(), QString("Signal list"));
+    QCOMPARE(child<QLabel>("mcuVersionLabel")->text(), QString("MCU : V2.0.3"));
+    // After a language change the evenly spaced "connected" text is shown.
+    QTRY_COMPARE(m_window->statusText(), QString("OrvexMatrixControl  User:ADMIN  Ip:127.0.0.31  Port:%1 connected").arg(m_sim.port()));
+}
+
+void tst_MainWindow::statusLine_followsDeviceStopAndRestart()
+{
     // Each reconnect round shows "connecting" until its refusal shows "disconnected":
     // sample the line right after the window's own slot has run.
     QStringList shownOnRound;
     const QMetaObject::Connection sampler = connect(MessageDistance::instance(), &MessageDistance::connectingSig,
                                                     this, [&] { shownOnRound << m_window->statusText(); });
-    m_device->stopListening();
-    QTRY_COMPARE(m_window->statusText(), text("disconnected"));
+    m_sim.stop();
+    QTRY_COMPARE(m_window->statusText(), status("disconnected"));
     QTRY_VERIFY_WITH_TIMEOUT(!shownOnRound.isEmpty(), 5000);
     disconnect(sampler);
-    QCOMPARE(shownOnRound.first(), text("connecting"));
+    QCOMPARE(shownOnRound.first(), status("connecting"));
+    // Nothing is cleared while the device is away.
+    QCOMPARE(cellInput(child<TableWidget>("irTable"), 1), QString("[7] Input 7"));
 
-    QVERIFY(m_device->listenAgain());
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), text("connected"), 6000);
+    QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
+}
+
+void tst_MainWindow::eightOutputModel_showsEightCellsAndAFourByTwoFace()
+{
+    m_sim.stop();
+    QVERIFY(m_sim.start("127.0.0.31", {"--verbose", "--model", "ORXM100"}));
+    QTRY_COMPARE_WITH_TIMEOUT(deviceRecord()->modelFlag(), 0, 6000);
+    QCOMPARE(m_window->joinFace(6), QSize(4, 2));
+    auto *video = child<TableWidget>("videoTable");
+    QVERIFY(!video->cellWidget(2, 2));
+    QVERIFY(video->widgetForKey(8));
+    QCOMPARE(child<ListWidget>("listWidget")->count(), 16);
+
+    child<QTabWidget>("tabWidget")->setCurrentIndex(1);
+    m_window->JoinLayoutButtonChangeSlot(6);
+    QVERIFY(m_sim.waitForCommand("{param=mode6}"));
+    auto *joint = child<TableWidget>("jointTable");
+    QTRY_COMPARE(QSize(joint->columnCount(), joint->rowCount()), QSize(4, 2));
 }
 
 void tst_MainWindow::restoreOrMaximise_twiceReturnsToNormal()
 {
-    auto *button = m_window->findChild<QPushButton *>("btn_RestoreOrMax");
-    QVERIFY(button);
+    auto *button = child<QPushButton>("btn_RestoreOrMax");
     QTest::mouseClick(button, Qt::LeftButton);
     QTRY_VERIFY(m_window->isMaximized());
     QVERIFY(button->styleSheet().contains(":/Images/window/restore.png"));
