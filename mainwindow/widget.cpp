@@ -72,6 +72,7 @@ Widget::Widget(QWidget *parent)
     for (int id = 0; id < 7; ++id)
         drawJoinFace(id, JoinLayouts[id].width(), JoinLayouts[id].height());
     ui->buzzerSwitch->setCheckedColor(QColor("#338c56"));
+    ui->buzzerSwitch->setBackgroundColor(QColor("#9aa8a0"));
     setWindowTitle("ORVEXMATRIX CONTORL");
 
     m_joinGroup = new QButtonGroup(this);
@@ -222,6 +223,9 @@ void Widget::on_languageComboBox_currentIndexChanged(int index)
     ui->fpgaVersionLabel->setText(deviceRecord()->fpgaVersion());
     ui->mcuVersionLabel->setText(deviceRecord()->mcuVersion());
     ui->softwareVersionLabel->setText(SoftwareVersion);
+    // Default port names follow the language.
+    buildOutputGrids();
+    refrenshSignalSlot();
 }
 
 void Widget::changeEvent(QEvent *event)
@@ -547,9 +551,9 @@ void Widget::refrenshSignalSlot()
     QMap<int, QString> audioNames = PortNameStore::loadPortNames(PortNameStore::AudioInput);
     for (int port = 1; port <= inputs; ++port) {
         if (inputNames.value(port).isEmpty())
-            inputNames.insert(port, QString("Input %1").arg(port));
+            inputNames.insert(port, tr("Input %1").arg(port));
         if (audioNames.value(port).isEmpty())
-            audioNames.insert(port, QString("Audio %1").arg(port));
+            audioNames.insert(port, tr("Audio %1").arg(port));
     }
     AppSettings::instance()->setInputNames(inputNames);
     AppSettings::instance()->setAudioInputNames(audioNames);

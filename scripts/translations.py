@@ -79,6 +79,7 @@ GLOSSARY = {
     "Device    Version:": "设备    版本：",
     "Administrator": "管理员",
     "Output %1": "输出 %1",
+    "Input %1": "输入 %1",
     "Audio %1": "音频 %1",
     "Rename(F2)": "重命名(F2)",
     "OSD Setting": "台标设置",

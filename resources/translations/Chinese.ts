@@ -326,5 +326,9 @@
         <source>清除</source>
         <translation>清除</translation>
     </message>
+    <message>
+        <source>Input %1</source>
+        <translation>输入 %1</translation>
+    </message>
 </context>
 </TS>

@@ -326,5 +326,9 @@
         <source>清除</source>
         <translation>Clear</translation>
     </message>
+    <message>
+        <source>Input %1</source>
+        <translation>Input %1</translation>
+    </message>
 </context>
 </TS>
