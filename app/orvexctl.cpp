@@ -1,18 +1,35 @@
 // orvexctl: the integrator's command-line view of the device link.
 //   orvexctl parse < capture.bin   one JSON line per reply frame, as the application reads it
+//   orvexctl --host ADDR --port N status
+//                                  refresh everything and print the device record as one JSON line
+//   orvexctl --host ADDR --port N route INPUT OUTPUT [--audio|--ir|--wall]
+//                                  switch, then print the map the device answers with
+#include "device/devicerecord.h"
+#include "device/devicestate.h"
+#include "device/messagedistance.h"
 #include "device/replyparser.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 #include <QStringList>
 #include <QTextStream>
+#include <QTimer>
 
 #include <cstdio>
+#include <functional>
+#include <limits>
+#include <optional>
 
 namespace {
+
+constexpr int ExitFailure = 2;
+constexpr int AnswerDeadlineSeconds = 5;
 
 void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
@@ -20,6 +37,14 @@ void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &mes
     if (type != QtDebugMsg && type != QtInfoMsg)
         std::fprintf(stderr, "%s\n", qPrintable(message));
 }
+
+void printLine(const QJsonObject &object)
+{
+    QTextStream out(stdout);
+    out << QJsonDocument(object).toJson(QJsonDocument::Compact) << '\n';
+}
+
+// ---- parse ----------------------------------------------------------------
 
 QJsonObject describe(const ParsedReply &reply)
 {
@@ -57,12 +82,238 @@ int runParse()
     return 0;
 }
 
+// ---- talking to the device -------------------------------------------------
+
+using LinkReply = void (MessageDistance::*)(QJsonObject);
+using StoreReply = void (*)(DeviceRecord *, const QJsonObject &);
+
+// A reply signal and how the main window's slot for it fills the record.
+struct Reply
+{
+    LinkReply signal;
+    StoreReply store;
+};
+
+const Reply VersionReply{&MessageDistance::receiveVersionSig,
+                         [](DeviceRecord *r, const QJsonObject &o) { DeviceState::storeVersion(r, o); }};
+const Reply VideoMapReply{&MessageDistance::receiveVideoMapSig, DeviceState::storeVideoMap};
+const Reply AudioMapReply{&MessageDistance::receiveAudioMapSig,
+                          [](DeviceRecord *r, const QJsonObject &o) { r->setAudioMap(DeviceState::intMap(o, "audio")); }};
+const Reply IrMapReply{&MessageDistance::receiveIrMapSig,
+                       [](DeviceRecord *r, const QJsonObject &o) { r->setIrMap(DeviceState::intMap(o, "IR")); }};
+const Reply InputSignalReply{&MessageDistance::receiveInputChannelStateSig,
+                             [](DeviceRecord *r, const QJsonObject &o) { r->setInputSignalMap(DeviceState::signalMap(o)); }};
+const Reply InputResolutionReply{
+    &MessageDistance::receiveInChannelResolutionMapSig,
+    [](DeviceRecord *r, const QJsonObject &o) { r->setInputResolutionMap(DeviceState::textMap(o, "in")); }};
+const Reply NetworkReply{&MessageDistance::receiveNetWorkImforamtionSig, DeviceState::storeNetwork};
+const Reply OutputResolutionReply{
+    &MessageDistance::receiveOutChannelResolutionMapSig,
+    [](DeviceRecord *r, const QJsonObject &o) { r->setOutputResolutionMap(DeviceState::textMap(o, "out")); }};
+const Reply VolumeReply{&MessageDistance::receiveVolumnImformationSig,
+                        [](DeviceRecord *r, const QJsonObject &o) { r->setVolumeMap(DeviceState::intMap(o, "Volume")); }};
+
+struct Target
+{
+    QString host;
+    quint16 port = 0;
+};
+
+// One round with the device: connect, send once the command connection is up,
+// store replies into the record and wait until each awaited reply has come at
+// least once, or until the deadline, which also covers connecting (the link
+// retries a refused connection every 2 s on its own).
+class Exchange
+{
+public:
+    Exchange(const Target &target, DeviceRecord *record)
+        : m_target(target)
+        , m_record(record)
+    {
+    }
+
+    void await(const Reply &reply);
+    // True once every awaited reply is in; otherwise reports on stderr and returns false.
+    bool run(const std::function<void(MessageDistance &)> &send);
+
+private:
+    Target m_target;
+    DeviceRecord *m_record;
+    QSet<int> m_missing;
+    int m_awaited = 0;
+    bool m_sent = false;
+    QEventLoop m_loop;
+    // Last, so that its worker is joined before the loop its replies are queued to goes away.
+    MessageDistance m_link;
+};
+
+void Exchange::await(const Reply &reply)
+{
+    const int id = m_awaited++;
+    m_missing.insert(id);
+    QObject::connect(&m_link, reply.signal, &m_loop, [this, id, store = reply.store](const QJsonObject &object) {
+        store(m_record, object);
+        m_missing.remove(id);
+        if (m_missing.isEmpty())
+            m_loop.exit(0);
+    });
+}
+
+bool Exchange::run(const std::function<void(MessageDistance &)> &send)
+{
+    QObject::connect(&m_link, &MessageDistance::connectSuccessFulSig, &m_loop, [this, send] {
+        // Only once: a reconnect after a dropped line must not switch twice.
+        if (!m_sent) {
+            m_sent = true;
+            send(m_link);
+        }
+    });
+    // Precise: a coarse timer may fire up to 5 % early.
+    QTimer::singleShot(AnswerDeadlineSeconds * 1000, Qt::PreciseTimer, &m_loop, [this] { m_loop.exit(1); });
+    m_link.connectToDevice(m_target.host, m_target.port);
+    if (m_loop.exec() == 0)
+        return true;
+    std::fprintf(stderr, "orvexctl: %s %s:%u within %d s\n", m_sent ? "no answer from" : "no connection to",
+                 qPrintable(m_target.host), unsigned(m_target.port), AnswerDeadlineSeconds);
+    return false;
+}
+
+int runStatus(const Target &target)
+{
+    DeviceRecord record;
+    Exchange exchange(target, &record);
+    for (const Reply &reply : {VersionReply, VideoMapReply, AudioMapReply, IrMapReply, InputSignalReply,
+                               InputResolutionReply, NetworkReply, OutputResolutionReply, VolumeReply})
+        exchange.await(reply);
+    const bool answered = exchange.run([](MessageDistance &link) {
+        // The main window's refresh order, plus the volumes it asks for separately.
+        link.sendVersionQuery();
+        link.sendStatusQuery();
+        link.sendInputInfoQuery();
+        link.sendNetInfoQuery();
+        link.sendResolutionQuery();
+        link.sendVolumeQuery();
+    });
+    if (!answered)
+        return ExitFailure;
+    printLine(DeviceState::toJson(record));
+    return 0;
+}
+
+// What a switch kind answers with, and under which name of the record's JSON that map is.
+struct RouteKind
+{
+    int kind;
+    const Reply *reply;
+    const char *mapName;
+};
+
+const RouteKind VideoRoute{0, &VideoMapReply, "video"};
+const RouteKind AudioRoute{1, &AudioMapReply, "audio"};
+const RouteKind IrRoute{2, &IrMapReply, "ir"};
+const RouteKind WallRoute{3, &VideoMapReply, "video"};
+
+int runRoute(const Target &target, const RouteKind &route, int input, int output)
+{
+    DeviceRecord record;
+    Exchange exchange(target, &record);
+    exchange.await(*route.reply);
+    if (!exchange.run([&](MessageDistance &link) { link.sendSwitch(input, output, route.kind); }))
+        return ExitFailure;
+    const QJsonObject state = DeviceState::toJson(record);
+    QJsonObject line{{route.mapName, state.value(route.mapName)}};
+    // The join mode travels with the video map.
+    if (route.reply == &VideoMapReply)
+        line.insert("mode", state.value("joinMode"));
+    printLine(line);
+    return 0;
+}
+
+// ---- command line ----------------------------------------------------------
+
+struct Invocation
+{
+    enum Command { Help, Parse, Status, Route } command = Help;
+    Target target;
+    const RouteKind *route = &VideoRoute;
+    int input = 0;
+    int output = 0;
+};
+
 void usage()
 {
     std::fprintf(stderr,
                  "usage: orvexctl parse < bytes\n"
+                 "       orvexctl --host ADDR --port N status\n"
+                 "       orvexctl --host ADDR --port N route INPUT OUTPUT [--audio|--ir|--wall]\n"
                  "  parse   read raw device bytes from standard input and print one JSON line per\n"
-                 "          reply frame: frame after repairs, ok, error, signals, object\n");
+                 "          reply frame: frame after repairs, ok, error, signals, object\n"
+                 "  status  query everything and print the device record as one JSON line\n"
+                 "  route   switch INPUT to OUTPUT (video unless --audio or --ir; --wall switches the\n"
+                 "          whole joined wall and ignores OUTPUT) and print the map the device answers\n"
+                 "  Without an answer within %d s: one line on standard error, exit status 2.\n",
+                 AnswerDeadlineSeconds);
+}
+
+std::optional<int> positiveNumber(const QString &text, int max = std::numeric_limits<int>::max())
+{
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < 1 || value > max)
+        return std::nullopt;
+    return value;
+}
+
+// Empty for bad arguments.
+std::optional<Invocation> parseArguments(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    const QCommandLineOption help({"h", "help"}, "");
+    const QCommandLineOption host("host", "", "addr");
+    const QCommandLineOption port("port", "", "n");
+    const QCommandLineOption audio("audio", "");
+    const QCommandLineOption ir("ir", "");
+    const QCommandLineOption wall("wall", "");
+    parser.addOptions({help, host, port, audio, ir, wall});
+    if (!parser.parse(arguments))
+        return std::nullopt;
+
+    Invocation invocation;
+    const QStringList positional = parser.positionalArguments();
+    const QString command = positional.value(0);
+    if (parser.isSet(help))
+        return invocation;
+    if (command == "parse") {
+        invocation.command = Invocation::Parse;
+        return invocation;
+    }
+
+    const std::optional<int> portNumber = positiveNumber(parser.value(port), 65535);
+    if (parser.value(host).isEmpty() || !portNumber)
+        return std::nullopt;
+    invocation.target = {parser.value(host), quint16(*portNumber)};
+    const int kindFlags = int(parser.isSet(audio)) + int(parser.isSet(ir)) + int(parser.isSet(wall));
+
+    if (command == "status" && positional.size() == 1 && kindFlags == 0) {
+        invocation.command = Invocation::Status;
+        return invocation;
+    }
+    if (command != "route" || positional.size() != 3 || kindFlags > 1)
+        return std::nullopt;
+    const std::optional<int> input = positiveNumber(positional.at(1));
+    const std::optional<int> output = positiveNumber(positional.at(2));
+    if (!input || !output)
+        return std::nullopt;
+    invocation.command = Invocation::Route;
+    invocation.input = *input;
+    invocation.output = *output;
+    if (parser.isSet(audio))
+        invocation.route = &AudioRoute;
+    else if (parser.isSet(ir))
+        invocation.route = &IrRoute;
+    else if (parser.isSet(wall))
+        invocation.route = &WallRoute;
+    return invocation;
 }
 
 } // namespace
@@ -71,9 +322,21 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     qInstallMessageHandler(quietHandler);
-    const QStringList args = app.arguments().mid(1);
-    if (args.value(0) == "parse")
+    const std::optional<Invocation> invocation = parseArguments(app.arguments());
+    if (!invocation) {
+        usage();
+        return ExitFailure;
+    }
+    switch (invocation->command) {
+    case Invocation::Parse:
         return runParse();
+    case Invocation::Status:
+        return runStatus(invocation->target);
+    case Invocation::Route:
+        return runRoute(invocation->target, *invocation->route, invocation->input, invocation->output);
+    case Invocation::Help:
+        break;
+    }
     usage();
-    return args.value(0) == "--help" || args.value(0) == "-h" ? 0 : 2;
+    return 0;
 }

@@ -4,7 +4,7 @@
 #   install-deps.sh demo    build + X virtual framebuffer, screenshot tool, CJK font
 set -euo pipefail
 
-packages=(build-essential cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5sql5-sqlite sqlite3)
+packages=(build-essential cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5sql5-sqlite sqlite3 xvfb xauth xdotool)
 if [ "${1:-build}" = demo ]; then
     packages+=(xvfb xauth x11-utils imagemagick fonts-wqy-microhei xcompmgr xdotool)
 fi
