@@ -52,5 +52,19 @@ void TableItemWidget::setColor(const QString &color, int pointSize)
 
 void TableItemWidget::setInputFontSize(int pointSize)
 {
-    ui->labelInput->setStyleSheet(fontStyle(pointSize));
+    m_inputFontSize = pointSize;
+    applyInputStyle();
+}
+
+void TableItemWidget::setSignalPresent(bool present)
+{
+    if (present == m_signalPresent)
+        return;
+    m_signalPresent = present;
+    applyInputStyle();
+}
+
+void TableItemWidget::applyInputStyle()
+{
+    ui->labelInput->setStyleSheet(fontStyle(m_inputFontSize) + (m_signalPresent ? "" : " color:#c9d3cd;"));
 }

@@ -21,7 +21,13 @@ public:
     QString outputText() const;
     void setColor(const QString &color, int pointSize);
     void setInputFontSize(int pointSize);
+    // An input routed here without a signal is drawn dimmed.
+    void setSignalPresent(bool present);
 
 private:
+    void applyInputStyle();
+
     Ui::TableItemWidget *ui;
+    int m_inputFontSize = 18;
+    bool m_signalPresent = true;
 };

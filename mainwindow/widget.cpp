@@ -19,6 +19,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QRegExpValidator>
+#include <QScreen>
 
 namespace {
 // Status texts are translation keys: their uneven blanks are kept byte for byte.
@@ -286,11 +287,18 @@ void Widget::on_CaptionBtn_clicked()
 void Widget::on_btn_RestoreOrMax_clicked()
 {
     m_maximized = !m_maximized;
+    // A frameless window is also sized by hand: not every window manager (or none
+    // at all, on a kiosk display) maximises it.
     if (m_maximized) {
+        m_normalGeometry = geometry();
         showMaximized();
+        if (QScreen *current = screen())
+            setGeometry(current->availableGeometry());
         ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/restore.png"));
     } else {
         showNormal();
+        if (m_normalGeometry.isValid())
+            setGeometry(m_normalGeometry);
         ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
     }
 }
@@ -507,8 +515,8 @@ void Widget::refillTable(TableWidget *table)
                 continue;
             const int input = routes.value(item->data(TableWidget::OutputKeyRole).toInt(), 0);
             cell->setInputText(input > 0 ? portLabel(input, names.value(input)) : QString());
-            // An input without signal is routed but dark.
-            cell->setEnabled(input <= 0 || signalMap.value(input, false) || table == ui->irTable);
+            // A routed video input without signal is shown dimmed.
+            cell->setSignalPresent(input <= 0 || table == ui->irTable || signalMap.value(input, false));
         }
     }
 }

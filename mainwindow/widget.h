@@ -91,5 +91,6 @@ private:
     QTranslator m_translator;
     QButtonGroup *m_joinGroup = nullptr;
     bool m_maximized = false;
+    QRect m_normalGeometry;
     QSize m_joinFaces[7];
 };
