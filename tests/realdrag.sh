@@ -40,17 +40,22 @@ grep -q "cmd: {param=resolution}" "$work/sim.log" || fail "the application did n
 window=$(xdotool search --name "ORVEXMATRIX CONTORL" | head -n 1)
 [ -n "$window" ] || fail "no window"
 eval "$(xdotool getwindowgeometry --shell "$window")"
-sleep 0.5
+sleep 1
 
 # Offsets inside the 1280x800 window: list entry [3], and the middle cell (output 5).
-xdotool mousemove $((X + 86)) $((Y + 237)) mousedown 1
-for step in 1 2 3 4 5 6 7 8; do
-    xdotool mousemove $((X + 86 + step * 84)) $((Y + 237 + step * 23))
-    sleep 0.05
+drag() {
+    xdotool mousemove $((X + 86)) $((Y + 237)) mousedown 1
+    for step in 1 2 3 4 5 6 7 8; do
+        xdotool mousemove $((X + 86 + step * 84)) $((Y + 237 + step * 23))
+        sleep 0.1
+    done
+    sleep 0.5
+    xdotool mouseup 1
+}
+# A slow (sanitized) build may still be laying the window out: try a few times.
+for attempt in 1 2 3; do
+    drag
+    for _ in $(seq 30); do grep -q "cmd: {param=3VIDEO5}" "$work/sim.log" && break 2; sleep 0.1; done
 done
-sleep 0.3
-xdotool mouseup 1
-
-for _ in $(seq 50); do grep -q "cmd: {param=3VIDEO5}" "$work/sim.log" && break; sleep 0.1; done
 grep -q "cmd: {param=3VIDEO5}" "$work/sim.log" || fail "no switch command after the drag"
 echo "1 passed, 0 failed"
