@@ -1,6 +1,7 @@
 #include "device/commandtext.h"
 #include "device/messagedistance.h"
 #include "fakedevice.h"
+#include "logcapture.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -9,14 +10,6 @@
 
 using Command = std::function<void(MessageDistance &)>;
 Q_DECLARE_METATYPE(Command)
-
-namespace {
-QStringList g_log;
-void captureLog(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    g_log << message;
-}
-} // namespace
 
 class tst_Commands : public QObject
 {
@@ -127,32 +120,32 @@ void tst_Commands::everyCommand_goesOutAsExactText()
     QFETCH(QString, expected);
 
     m_device->takeReceived();
-    g_log.clear();
+    capturedLog().clear();
     command(*m_link);
     const QByteArray bytes = expected.toUtf8();
     QVERIFY(m_device->waitForReceived(bytes.size()));
     QTest::qWait(20); // nothing may trail the command
     QCOMPARE(m_device->takeReceived(), bytes);
-    QCOMPARE(g_log.filter("send:"), QStringList{QString("send: \"%1\"").arg(expected)});
+    QCOMPARE(capturedLog().filter("send:"), QStringList{QString("send: \"%1\"").arg(expected)});
 }
 
 void tst_Commands::unknownOsdDirection_sendsNothingButStillLogs()
 {
     m_device->takeReceived();
-    g_log.clear();
+    capturedLog().clear();
     m_link->sendOsdDirection(2);
     m_link->sendVersionQuery(); // a marker: the next bytes on the wire
     QVERIFY(m_device->waitForReceived(15));
     QCOMPARE(m_device->takeReceived(), QByteArray("{param=version}"));
-    QCOMPARE(g_log.filter("send:"), (QStringList{"send: \"\"", "send: \"{param=version}\""}));
+    QCOMPARE(capturedLog().filter("send:"), (QStringList{"send: \"\"", "send: \"{param=version}\""}));
 }
 
 void tst_Commands::commandWhileDisconnected_isLostSilently()
 {
     MessageDistance idle;
-    g_log.clear();
+    capturedLog().clear();
     QVERIFY(!idle.sendCommand(CommandText::versionQuery()));
-    QVERIFY(g_log.contains("send: \"{param=version}\""));
+    QVERIFY(capturedLog().contains("send: \"{param=version}\""));
 }
 
 QTEST_GUILESS_MAIN(tst_Commands)

@@ -1,25 +1,18 @@
 #include "device/messagedistance.h"
 #include "fakedevice.h"
 #include "signalrecorder.h"
+#include "logcapture.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
-
-namespace {
-QStringList g_log;
-void captureLog(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    g_log << message;
-}
-} // namespace
 
 class tst_Link : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init() { g_log.clear(); qInstallMessageHandler(captureLog); }
+    void init() { capturedLog().clear(); qInstallMessageHandler(captureLog); }
     void cleanup() { qInstallMessageHandler(nullptr); }
 
     void unreachableDevice_failsThenRetriesEveryTwoSeconds();
@@ -131,7 +124,7 @@ void tst_Link::reconnectToAnotherHost_dropsHalfReceivedReply()
     link.connectToDevice(first.host(), first.port());
     QVERIFY(recorder.waitFor("connectSuccessFulSig"));
     first.reply(R"({"video1":1,"mo)");
-    QTRY_VERIFY(g_log.filter("receive  data:").size() == 1);
+    QTRY_VERIFY(capturedLog().filter("receive  data:").size() == 1);
 
     link.connectToDevice(second.host(), second.port());
     QVERIFY(recorder.waitFor("connectSuccessFulSig", 2));
@@ -139,7 +132,7 @@ void tst_Link::reconnectToAnotherHost_dropsHalfReceivedReply()
     second.reply(R"(de":6}{"audio1":4})");
     QVERIFY(recorder.waitFor("receiveAudioMapSig"));
     QCOMPARE(recorder.count("receiveVideoMapSig"), 0);
-    QCOMPARE(g_log.filter("json format parse error").size(), 0);
+    QCOMPARE(capturedLog().filter("json format parse error").size(), 0);
 }
 
 void tst_Link::deviceDropsConnection_reportsFailureAndReconnects()
@@ -169,7 +162,7 @@ void tst_Link::receivedBytes_areLogged()
     QVERIFY(recorder.waitFor("connectSuccessFulSig"));
     device.reply(R"({"out1":"720p"})");
     QVERIFY(recorder.waitFor("receiveOutChannelResolutionMapSig"));
-    QCOMPARE(g_log.filter("receive  data:"), QStringList{R"(receive  data: "{\"out1\":\"720p\"}")"});
+    QCOMPARE(capturedLog().filter("receive  data:"), QStringList{R"(receive  data: "{\"out1\":\"720p\"}")"});
 }
 
 void tst_Link::stopWorker_joinsAnIdleThreadAtOnce()

@@ -1,17 +1,12 @@
 #include "device/replyparser.h"
 #include "referenceparser.h"
+#include "logcapture.h"
 
 #include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QTest>
 
 namespace {
-QStringList g_log;
-void captureLog(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    g_log << message;
-}
-
 struct Cut
 {
     QByteArray frame;
@@ -67,7 +62,7 @@ class tst_ReplyParser : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { g_log.clear(); qInstallMessageHandler(captureLog); }
+    void init() { capturedLog().clear(); qInstallMessageHandler(captureLog); }
     void cleanup() { qInstallMessageHandler(nullptr); }
 
     void catalogueFrames_raiseTheirSignals_data();
@@ -194,7 +189,7 @@ void tst_ReplyParser::captionFrame_repairsItsFiveBareValues()
     QCOMPARE(cuts.size(), 1);
     QCOMPARE(cuts[0].frame, repaired);
     QVERIFY(cuts[0].ok);
-    QVERIFY(g_log.filter("add char osdortitle imf:").size() == 1);
+    QVERIFY(capturedLog().filter("add char osdortitle imf:").size() == 1);
 }
 
 void tst_ReplyParser::decodeFailure_isLoggedAndDropped()
@@ -205,7 +200,7 @@ void tst_ReplyParser::decodeFailure_isLoggedAndDropped()
     QVERIFY(!cuts[0].ok);
     QVERIFY(cuts[0].signalNames.isEmpty());
     QVERIFY(cuts[1].ok);
-    const QStringList errors = g_log.filter("json format parse error!raw data:");
+    const QStringList errors = capturedLog().filter("json format parse error!raw data:");
     QCOMPARE(errors.size(), 1);
     QVERIFY(errors[0].contains(R"({\"in1\":\"\"x\"\"})"));
     QVERIFY(errors[0].contains("error:"));
@@ -294,7 +289,7 @@ void tst_ReplyParser::runawayPartialFrame_isDroppedWithOneLogLine()
         parser.append(chunk);
         QVERIFY(parser.bufferedBytes() <= ReplyParser::MaxPartialFrame + 1);
     }
-    QCOMPARE(g_log.filter("receive buffer: dropped").size(), 1);
+    QCOMPARE(capturedLog().filter("receive buffer: dropped").size(), 1);
     parser.append("}" + Vol);
     const QVector<Cut> cuts = parseAll(parser);
     QCOMPARE(cuts.size(), 1);

@@ -2,6 +2,7 @@
 #include "store/accountstore.h"
 #include "store/database.h"
 #include "store/portnamestore.h"
+#include "logcapture.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,18 +15,11 @@
 
 namespace {
 
-QStringList g_log;
-
-void captureMessage(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    g_log.append(message);
-}
-
 // The store's own failure reports, without Qt's chatter around them.
 QStringList failures()
 {
     QStringList found;
-    for (const QString &message : qAsConst(g_log)) {
+    for (const QString &message : qAsConst(capturedLog())) {
         if (message.contains(QLatin1String("exe sqlstatement failure!")) || message.startsWith(QString::fromUtf8("执行错误")))
             found << message;
     }
@@ -136,8 +130,8 @@ void tst_Store::init()
     m_dir.reset(new QTemporaryDir);
     m_path = m_dir->filePath("project.db");
     setDatabasePath(m_path);
-    g_log.clear();
-    qInstallMessageHandler(captureMessage);
+    capturedLog().clear();
+    qInstallMessageHandler(captureLog);
     AccountStore::createTables();
     PortNameStore::createPortNameTables();
 }
@@ -514,7 +508,7 @@ void tst_Store::unusableDatabase_failsQuietlyWithoutCrash()
         file.write(garbage);
     }
     setDatabasePath(path);
-    g_log.clear();
+    capturedLog().clear();
 
     AccountStore::createTables();
     PortNameStore::createPortNameTables();
