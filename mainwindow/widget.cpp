@@ -576,10 +576,10 @@ void Widget::refrenshSignalSlot()
             item->setData(ListWidget::TypeRole, type);
         }
     }
-    refreshSignalPresence(ui->tabWidget->currentIndex() == 2);
     if (current >= 0 && current < ui->listWidget->count())
         ui->listWidget->setCurrentRow(current);
-    refillAllTables();
+    // Also re-fills the tables, whose input labels carry the names.
+    refreshSignalPresence(ui->tabWidget->currentIndex() == 2);
 }
 
 void Widget::refreshSignalPresence(bool audioPage)
