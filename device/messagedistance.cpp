@@ -2,7 +2,9 @@
 
 #include "device/commandtext.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
+#include <QImage>
 #include <QDebug>
 #include <QMutexLocker>
 #include <QTimer>
@@ -104,10 +106,8 @@ bool MessageDistance::isUploadConnected() const
 
 void MessageDistance::reconnectRound()
 {
-    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
-        m_uploadSocket.abort();
-        m_uploadSocket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-    }
+    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState)
+        reconnectUploadSocket();
     if (m_commandSocket.state() != QAbstractSocket::ConnectedState) {
         m_commandSocket.abort();
         m_commandSocket.connectToHost(m_host, m_port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
@@ -139,7 +139,138 @@ void MessageDistance::onUploadReadyRead()
 {
     const QByteArray data = m_uploadSocket.readAll();
     const int zero = data.indexOf('\0');
-    qDebug() << "OsdUploadSocket receive:" << QString::fromLatin1(zero < 0 ? data : data.left(zero));
+    const QString text = QString::fromLatin1(zero < 0 ? data : data.left(zero));
+    qDebug() << "OsdUploadSocket receive:" << text;
+
+    if (m_awaitingAck) {
+        if (!text.contains(QLatin1String("<ACK_1>\r\n"))) {
+            showMessage(tr("传输文件过程网络发生错误！请重新上传"), tr("NetWork Error"));
+            sendDoneCommand();
+            m_uploadQueue.clear();
+            m_uploading = false;
+            // The flag stays set: the next reply is tested for the acknowledgement too.
+            return;
+        }
+        m_awaitingAck = false;
+    }
+    if (m_uploadQueue.isEmpty()) {
+        m_uploading = false;
+        return;
+    }
+    // One reply releases one piece, together with the commands queued in front of it.
+    while (!m_uploadQueue.first().first.isEmpty()) {
+        const QString command = m_uploadQueue.takeFirst().first;
+        sendCommand(command);
+        if (command.contains(QLatin1String("Done")))
+            m_awaitingAck = true;
+        if (m_uploadQueue.isEmpty()) {
+            m_uploading = false;
+            return;
+        }
+        if (m_awaitingAck)
+            return; // a file queued behind starts only once this one is acknowledged
+    }
+    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
+        // The piece stays at the head; the next connect resumes from it.
+        qDebug() << "upload fail! osd upload socket connect fail!";
+        reconnectUploadSocket();
+        return;
+    }
+    const QByteArray piece = m_uploadQueue.takeFirst().second;
+    const qint64 written = m_uploadSocket.write(piece);
+    m_uploadSocket.flush();
+    qDebug() << "OsdUpdateTcpSocket Send byte len:" << written;
+    m_uploading = true;
+}
+
+void MessageDistance::sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand)
+{
+    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
+        showMessage(tr("传输文件端口连接发生错误！"), tr("NetWork Error"));
+        m_uploadQueue.clear();
+        m_uploading = false;
+        return;
+    }
+    QList<QByteArray> pieces;
+    for (int offset = 0; offset < payload.size(); offset += PieceSize)
+        pieces.append(payload.mid(offset, PieceSize));
+
+    if (m_uploading) {
+        // Queued whole behind the transfer in progress.
+        if (!command.isEmpty())
+            m_uploadQueue.append({command, QByteArray()});
+        for (const QByteArray &piece : qAsConst(pieces))
+            m_uploadQueue.append({QString(), piece});
+        if (!doneCommand.isEmpty())
+            m_uploadQueue.append({doneCommand, QByteArray()});
+        return;
+    }
+    // Idle: the opening command and the first piece leave together.
+    if (!command.isEmpty())
+        sendCommand(command);
+    if (!pieces.isEmpty()) {
+        m_uploadSocket.write(pieces.first());
+        // The flush result, not a byte count: existing logs read this way.
+        qDebug() << "osdUpdateTcpSocket Send byte len" << int(m_uploadSocket.flush());
+        m_uploading = true;
+        for (int i = 1; i < pieces.size(); ++i)
+            m_uploadQueue.append({QString(), pieces[i]});
+    }
+    if (!doneCommand.isEmpty())
+        m_uploadQueue.append({doneCommand, QByteArray()});
+}
+
+void MessageDistance::sendDoneCommand()
+{
+    if (m_commandSocket.state() != QAbstractSocket::ConnectedState) {
+        // Port 6666, not the command port: the firmware's recovery path expects it.
+        m_commandSocket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+        return;
+    }
+    const QString text = CommandText::done();
+    m_commandSocket.write(text.toUtf8());
+    qDebug() << "send" << text;
+    m_commandSocket.flush();
+}
+
+void MessageDistance::sendUploadCommand(int target)
+{
+    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
+        m_uploadSocket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+        return;
+    }
+    const QString text = CommandText::uploadOsd(target);
+    m_uploadSocket.write(text.toUtf8());
+    qDebug() << "sendData" << text;
+    m_uploadSocket.flush();
+}
+
+void MessageDistance::sendImage(const QString &path)
+{
+    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
+        qDebug() << "osd socket disconnected!";
+        reconnectUploadSocket();
+        return;
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImage(path).save(&buffer, "bmp");
+    m_uploadSocket.write(bytes);
+    m_uploadSocket.flush();
+}
+
+void MessageDistance::reconnectUploadSocket()
+{
+    m_uploadSocket.abort();
+    m_uploadSocket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+}
+
+void MessageDistance::showMessage(const QString &text, const QString &title)
+{
+    qDebug() << title << text;
+    if (m_presentMessage)
+        m_presentMessage(text, title);
 }
 
 void MessageDistance::receiveDataSlot(const QByteArray &array)

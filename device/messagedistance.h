@@ -13,6 +13,7 @@
 #include <QWaitCondition>
 
 #include <atomic>
+#include <functional>
 
 class QTimer;
 
@@ -85,9 +86,25 @@ public:
     void sendPortResolution(int port, const QString &resolution);
     void sendAnalogSelect(int port, int source);
 
+    // File uploads over port 6666: the opening command, the payload in pieces of
+    // PieceSize released one per device reply, then the closing command, after
+    // which the device must acknowledge with "<ACK_1>\r\n".
+    static constexpr int PieceSize = 500;
+    void sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand);
+    void sendDoneCommand();
+    void sendUploadCommand(int target);
+    void sendImage(const QString &path);
+
+    // How errors are shown to the operator; the window installs its message box.
+    // Blocks like a modal dialog; without one the message is only logged.
+    using MessagePresenter = std::function<void(const QString &text, const QString &title)>;
+    void setMessagePresenter(MessagePresenter presenter) { m_presentMessage = std::move(presenter); }
+
     // Items waiting for the file connection; drained one per connect.
     void enqueueUpload(const UploadItem &item) { m_uploadQueue.append(item); }
     int pendingUploads() const { return m_uploadQueue.size(); }
+    bool isUploading() const { return m_uploading; }
+    bool isAwaitingAck() const { return m_awaitingAck; }
 
 signals:
     void receiveVersionSig(QJsonObject);
@@ -120,6 +137,8 @@ private:
     void onUploadConnected();
     void onUploadReadyRead();
     void emitReply(const ParsedReply &reply);
+    void showMessage(const QString &text, const QString &title);
+    void reconnectUploadSocket();
 
     ReplyParser m_parser;        // the receive buffer; guarded by m_bufferMutex
     QTcpSocket m_commandSocket;
@@ -137,4 +156,5 @@ private:
     bool m_stop = false;         // guarded by m_bufferMutex
     bool m_uploading = false;
     bool m_awaitingAck = false;
+    MessagePresenter m_presentMessage;
 };

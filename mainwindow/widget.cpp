@@ -5,6 +5,7 @@
 #include "device/devicerecord.h"
 #include "device/devicestate.h"
 #include "device/messagedistance.h"
+#include "dialogs/msgdlg.h"
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
 #include "mainwindow/portnaming.h"
@@ -146,6 +147,7 @@ Widget::Widget(QWidget *parent)
     connect(ui->buzzerSwitch, &SwitchControl::toggled, MessageDistance::instance(), &MessageDistance::sendBell);
     connect(ui->noLoginCheckBox, &QCheckBox::toggled, this, [](bool checked) { AccountStore::setLoginModel(checked ? 1 : 0); });
     connect(ui->reloginBtn, &QPushButton::clicked, this, &Widget::relogin);
+    link->setMessagePresenter([](const QString &text, const QString &title) { MsgDlg::showMessage(text, title); });
 
     ui->tabWidget->setCurrentIndex(0);
 

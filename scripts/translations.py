@@ -41,6 +41,10 @@ GLOSSARY = {
     "Delete": "删除",
     "Save": "保存",
     "two password not equation!": "两次输入的密码不一致！",
+    # file uploads
+    "传输文件过程网络发生错误！请重新上传": "An error occurred during the transmission of files, please re-upload",
+    "传输文件端口连接发生错误！": "An error occurred in the connection of the file transfer port",
+    "NetWork Error": "网络错误",
     # port naming
     "重命名": "Rename",
     "新名称:": "New Name:",

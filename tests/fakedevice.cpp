@@ -26,6 +26,7 @@ FakeDevice::FakeDevice(const QHostAddress &address, bool withFilePort, QObject *
             if (m_fileClient)
                 m_fileClient->deleteLater();
             m_fileClient = socket;
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { m_fileReceived += socket->readAll(); });
             emit fileClientConnected();
         }
     });
@@ -61,6 +62,14 @@ void FakeDevice::reply(const QByteArray &bytes)
     if (m_client) {
         m_client->write(bytes);
         m_client->flush();
+    }
+}
+
+void FakeDevice::replyOnFile(const QByteArray &bytes)
+{
+    if (m_fileClient) {
+        m_fileClient->write(bytes);
+        m_fileClient->flush();
     }
 }
 

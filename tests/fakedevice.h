@@ -26,6 +26,9 @@ public:
     bool waitForReceived(int bytes, int timeoutMs = 3000);
 
     void reply(const QByteArray &bytes);
+    // The file port (6666): what the client wrote on it, and answers to it.
+    QByteArray fileReceived() const { return m_fileReceived; }
+    void replyOnFile(const QByteArray &bytes);
     void dropClient();
     void stopListening();
     bool listenAgain();
@@ -46,4 +49,5 @@ private:
     QPointer<QTcpSocket> m_client;
     QPointer<QTcpSocket> m_fileClient;
     QByteArray m_received;
+    QByteArray m_fileReceived;
 };

@@ -60,6 +60,21 @@
     </message>
 </context>
 <context>
+    <name>MessageDistance</name>
+    <message>
+        <source>传输文件过程网络发生错误！请重新上传</source>
+        <translation>An error occurred during the transmission of files, please re-upload</translation>
+    </message>
+    <message>
+        <source>NetWork Error</source>
+        <translation>NetWork Error</translation>
+    </message>
+    <message>
+        <source>传输文件端口连接发生错误！</source>
+        <translation>An error occurred in the connection of the file transfer port</translation>
+    </message>
+</context>
+<context>
     <name>MsgDlg</name>
     <message>
         <source>提示</source>
