@@ -79,6 +79,12 @@ void MessageDistance::stopWorker()
     wait();
 }
 
+int MessageDistance::bufferedBytes()
+{
+    QMutexLocker locker(&m_bufferMutex);
+    return m_parser.bufferedBytes();
+}
+
 void MessageDistance::connectToDevice(const QString &host, quint16 port)
 {
     m_host = host;

@@ -45,6 +45,9 @@ public:
     QString host() const { return m_host; }
     quint16 port() const { return m_port; }
 
+    // Received bytes still waiting in the reply parser (for diagnostics and tests).
+    int bufferedBytes();
+
     // Stops and joins the reply loop; safe to call more than once.
     void stopWorker();
 

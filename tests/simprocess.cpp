@@ -18,7 +18,7 @@ bool SimProcess::start(const QString &host, const QStringList &extraArgs)
             return false;
         line += m_process.readAllStandardOutput();
     }
-    const QRegularExpression ready(R"(^listening on (\S+):(\d+), files on (\S+):6666)");
+    const QRegularExpression ready(R"(^listening on (\S+):(\d+), (files on \S+:6666|no file port))");
     const QRegularExpressionMatch match = ready.match(QString::fromUtf8(line));
     if (!match.hasMatch())
         return false;

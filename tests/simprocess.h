@@ -11,6 +11,8 @@ public:
 
     bool start(const QString &host, const QStringList &extraArgs = {});
     void stop();
+    // The command port for the next start (0: any free port).
+    void setPort(quint16 port) { m_port = port; }
     quint16 port() const { return m_port; }
     QString host() const { return m_host; }
     // With --verbose the emulator logs every command it receives ("cmd: ...").
