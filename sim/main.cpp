@@ -45,10 +45,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption dropAfterOption(QStringLiteral("drop-after"),
         QStringLiteral("Close a command connection after it has sent n commands (default 0: never)."),
         QStringLiteral("n"), QStringLiteral("0"));
+    const QCommandLineOption broadcastOption(QStringLiteral("broadcast"),
+        QStringLiteral("Send every reply to all connected clients, like a matrix with several control panels."));
     const QCommandLineOption verboseOption(QStringLiteral("verbose"),
         QStringLiteral("Log every received command to stderr."));
     parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
-                       dropAfterOption, verboseOption});
+                       dropAfterOption, broadcastOption, verboseOption});
     parser.process(app);
 
     SimOptions options;
@@ -72,6 +74,7 @@ int main(int argc, char *argv[])
     options.finalAck = !parser.isSet(noAckOption);
     options.junk = parser.isSet(junkOption);
     options.verbose = parser.isSet(verboseOption);
+    options.broadcast = parser.isSet(broadcastOption);
 
     SimServer server(options);
     if (!server.listen())

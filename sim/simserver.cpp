@@ -204,6 +204,14 @@ void SimServer::onReadyRead(QTcpSocket *socket)
             out += junk();
         socket->write(out);
         socket->flush();
+        if (m_options.broadcast) {
+            for (auto other = m_sessions.begin(); other != m_sessions.end(); ++other) {
+                if (other.key() != socket && !other->closing) {
+                    other.key()->write(out);
+                    other.key()->flush();
+                }
+            }
+        }
     }
     // disconnectFromHost() lets the replies already written go out first.
     if (drop)

@@ -22,6 +22,7 @@ struct SimOptions
     bool junk = false;        // random non-JSON bytes between reply frames
     int dropAfter = 0;        // close a command connection after this many commands; 0: never
     bool verbose = false;     // log every received command to stderr
+    bool broadcast = false;   // replies go to every connected client
 };
 
 // The file port: takes one upload connection at a time and paces it the way
