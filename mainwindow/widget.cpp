@@ -355,10 +355,13 @@ void Widget::disConnectedSlot()
 
 void Widget::receiveVersionSlot(QJsonObject obj)
 {
+    const int previousModel = deviceRecord()->modelFlag();
     if (DeviceState::storeVersion(deviceRecord(), obj) == 0)
         drawJoinFace(6, 4, 2);
     buildOutputGrids();
-    refrenshSignalSlot();
+    // The number of inputs follows the model; the same model needs no new list.
+    if (deviceRecord()->modelFlag() != previousModel)
+        refrenshSignalSlot();
     ui->fpgaVersionLabel->setText(deviceRecord()->fpgaVersion());
     ui->mcuVersionLabel->setText(deviceRecord()->mcuVersion());
     ui->softwareVersionLabel->setText(SoftwareVersion);
@@ -466,6 +469,14 @@ void Widget::setJoinLayout(int id)
     QSize layout = JoinLayouts[id];
     if (id == 6 && deviceRecord()->modelFlag() != 1)
         layout = QSize(4, 2);
+    // Every video map reply names the mode: only a different wall needs new cells.
+    const int model = deviceRecord()->modelFlag();
+    if (layout == m_jointLayout && model == m_jointModel) {
+        refillTable(ui->jointTable);
+        return;
+    }
+    m_jointLayout = layout;
+    m_jointModel = model;
     ui->jointTable->buildGrid(layout.width(), layout.height());
 }
 
@@ -491,9 +502,10 @@ void Widget::buildOutputGrids()
         }
         if (grid.table == ui->jointTable)
             setJoinLayout(deviceRecord()->joinMode());
-        else
-            grid.table->buildGrid(3, 3);
+        else if (m_gridModel != deviceRecord()->modelFlag())
+            grid.table->buildGrid(3, 3);  // the ninth cell depends on the model
     }
+    m_gridModel = deviceRecord()->modelFlag();
 }
 
 void Widget::refillTable(TableWidget *table)

@@ -93,4 +93,8 @@ private:
     bool m_maximized = false;
     QRect m_normalGeometry;
     QSize m_joinFaces[7];
+    // What the grids were last built for, so replies that change nothing keep them.
+    int m_gridModel = -1;
+    QSize m_jointLayout;
+    int m_jointModel = -1;
 };
