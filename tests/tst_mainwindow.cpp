@@ -8,6 +8,7 @@
 #include "resources/guiresources.h"
 #include "simprocess.h"
 #include "store/accountstore.h"
+#include "store/database.h"
 #include "store/portnamestore.h"
 
 #include <QApplication>
@@ -314,8 +315,21 @@ void tst_MainWindow::languageSwitch_translatesAndKeepsTheVersions()
     QTRY_COMPARE(m_window->statusText(), QString("OrvexMatrixControl  User:ADMIN  Ip:127.0.0.31  Port:%1 connected").arg(m_sim.port()));
 }
 
+namespace {
+QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+} // namespace
+
 void tst_MainWindow::statusLine_followsDeviceStopAndRestart()
 {
+    // A device that goes away must never cost the operator local data.
+    const QString ini = QCoreApplication::applicationDirPath() + "/config.ini";
+    const QByteArray iniBefore = fileBytes(ini);
+    const QByteArray dbBefore = fileBytes(databasePath());
+
     // Each reconnect round shows "connecting" until its refusal shows "disconnected":
     // sample the line right after the window's own slot has run.
     QStringList shownOnRound;
@@ -331,6 +345,8 @@ void tst_MainWindow::statusLine_followsDeviceStopAndRestart()
 
     QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
     QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
+    QCOMPARE(fileBytes(ini), iniBefore);
+    QCOMPARE(fileBytes(databasePath()), dbBefore);
 }
 
 void tst_MainWindow::eightOutputModel_showsEightCellsAndAFourByTwoFace()
