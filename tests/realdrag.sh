@@ -13,7 +13,12 @@ work=$(mktemp -d)
 pids=()
 cleanup() { for p in "${pids[@]}"; do kill "$p" 2>/dev/null; done; wait 2>/dev/null; rm -rf "$work"; }
 trap cleanup EXIT
-fail() { echo "FAIL: $*"; echo "--- emulator log"; cat "$work/sim.log"; exit 1; }
+fail() {
+    echo "FAIL: $*"
+    echo "--- emulator log"; cat "$work/sim.log"
+    echo "--- application output"; tail -n 40 "$work/app.log"
+    exit 1
+}
 
 # The application keeps config.ini and project.db beside itself: give it its own folder.
 cp "$app_bin" "$work/OrvexControl"
@@ -35,7 +40,8 @@ for _ in $(seq 50); do xdotool getmouselocation >/dev/null 2>&1 && break; sleep 
 
 (cd "$work" && QT_QPA_PLATFORM=xcb ./OrvexControl >"$work/app.log" 2>&1) &
 pids+=($!)
-for _ in $(seq 100); do grep -q "cmd: {param=resolution}" "$work/sim.log" && break; sleep 0.1; done
+# A sanitized build on a busy machine takes a while to come up.
+for _ in $(seq 300); do grep -q "cmd: {param=resolution}" "$work/sim.log" && break; sleep 0.1; done
 grep -q "cmd: {param=resolution}" "$work/sim.log" || fail "the application did not connect and refresh"
 window=$(xdotool search --name "ORVEXMATRIX CONTORL" | head -n 1)
 [ -n "$window" ] || fail "no window"
