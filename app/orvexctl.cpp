@@ -4,7 +4,7 @@
 //                                  refresh everything and print the device record as one JSON line
 //   orvexctl --host ADDR --port N route INPUT OUTPUT [--audio|--ir|--wall]
 //                                  switch, then print the map the device answers with
-#include "device/devicerecord.h"
+#include "device/devicemodel.h"
 #include "device/devicestate.h"
 #include "device/messagedistance.h"
 #include "device/replyparser.h"
@@ -84,34 +84,12 @@ int runParse()
 
 // ---- talking to the device -------------------------------------------------
 
-using LinkReply = void (MessageDistance::*)(QJsonObject);
-using StoreReply = void (*)(DeviceRecord *, const QJsonObject &);
+// A reply the exchange waits for; the device model reads every reply itself.
+using Reply = void (MessageDistance::*)(QJsonObject);
 
-// A reply signal and how the main window's slot for it fills the record.
-struct Reply
-{
-    LinkReply signal;
-    StoreReply store;
-};
-
-const Reply VersionReply{&MessageDistance::receiveVersionSig,
-                         [](DeviceRecord *r, const QJsonObject &o) { DeviceState::storeVersion(r, o); }};
-const Reply VideoMapReply{&MessageDistance::receiveVideoMapSig, DeviceState::storeVideoMap};
-const Reply AudioMapReply{&MessageDistance::receiveAudioMapSig,
-                          [](DeviceRecord *r, const QJsonObject &o) { r->setAudioMap(DeviceState::intMap(o, "audio")); }};
-const Reply IrMapReply{&MessageDistance::receiveIrMapSig,
-                       [](DeviceRecord *r, const QJsonObject &o) { r->setIrMap(DeviceState::intMap(o, "IR")); }};
-const Reply InputSignalReply{&MessageDistance::receiveInputChannelStateSig,
-                             [](DeviceRecord *r, const QJsonObject &o) { r->setInputSignalMap(DeviceState::signalMap(o)); }};
-const Reply InputResolutionReply{
-    &MessageDistance::receiveInChannelResolutionMapSig,
-    [](DeviceRecord *r, const QJsonObject &o) { r->setInputResolutionMap(DeviceState::textMap(o, "in")); }};
-const Reply NetworkReply{&MessageDistance::receiveNetWorkImforamtionSig, DeviceState::storeNetwork};
-const Reply OutputResolutionReply{
-    &MessageDistance::receiveOutChannelResolutionMapSig,
-    [](DeviceRecord *r, const QJsonObject &o) { r->setOutputResolutionMap(DeviceState::textMap(o, "out")); }};
-const Reply VolumeReply{&MessageDistance::receiveVolumnImformationSig,
-                        [](DeviceRecord *r, const QJsonObject &o) { r->setVolumeMap(DeviceState::intMap(o, "Volume")); }};
+constexpr Reply VideoMapReply = &MessageDistance::receiveVideoMapSig;
+constexpr Reply AudioMapReply = &MessageDistance::receiveAudioMapSig;
+constexpr Reply IrMapReply = &MessageDistance::receiveIrMapSig;
 
 struct Target
 {
@@ -120,17 +98,19 @@ struct Target
 };
 
 // One round with the device: connect, send once the command connection is up,
-// store replies into the record and wait until each awaited reply has come at
-// least once, or until the deadline, which also covers connecting (the link
+// feed replies into the device model (the same reading as the main window) and
+// wait until each awaited reply has come at least once, or until the deadline, which also covers connecting (the link
 // retries a refused connection every 2 s on its own).
 class Exchange
 {
 public:
-    Exchange(const Target &target, DeviceRecord *record)
+    explicit Exchange(const Target &target)
         : m_target(target)
-        , m_record(record)
     {
+        m_model.attach(&m_link);
     }
+
+    const DeviceRecord &record() const { return m_model.record(); }
 
     void await(const Reply &reply);
     // True once every awaited reply is in; otherwise reports on stderr and returns false.
@@ -138,7 +118,7 @@ public:
 
 private:
     Target m_target;
-    DeviceRecord *m_record;
+    DeviceModel m_model;
     QSet<int> m_missing;
     int m_awaited = 0;
     bool m_sent = false;
@@ -151,8 +131,8 @@ void Exchange::await(const Reply &reply)
 {
     const int id = m_awaited++;
     m_missing.insert(id);
-    QObject::connect(&m_link, reply.signal, &m_loop, [this, id, store = reply.store](const QJsonObject &object) {
-        store(m_record, object);
+    // Connected after the model's own connection, so the model has read the reply.
+    QObject::connect(&m_link, reply, &m_loop, [this, id] {
         m_missing.remove(id);
         if (m_missing.isEmpty())
             m_loop.exit(0);
@@ -180,23 +160,20 @@ bool Exchange::run(const std::function<void(MessageDistance &)> &send)
 
 int runStatus(const Target &target)
 {
-    DeviceRecord record;
-    Exchange exchange(target, &record);
-    for (const Reply &reply : {VersionReply, VideoMapReply, AudioMapReply, IrMapReply, InputSignalReply,
-                               InputResolutionReply, NetworkReply, OutputResolutionReply, VolumeReply})
+    Exchange exchange(target);
+    for (Reply reply : {&MessageDistance::receiveVersionSig, VideoMapReply, AudioMapReply, IrMapReply,
+                        &MessageDistance::receiveInputChannelStateSig, &MessageDistance::receiveInChannelResolutionMapSig,
+                        &MessageDistance::receiveNetWorkImforamtionSig, &MessageDistance::receiveOutChannelResolutionMapSig,
+                        &MessageDistance::receiveVolumnImformationSig})
         exchange.await(reply);
     const bool answered = exchange.run([](MessageDistance &link) {
-        // The main window's refresh order, plus the volumes it asks for separately.
-        link.sendVersionQuery();
-        link.sendStatusQuery();
-        link.sendInputInfoQuery();
-        link.sendNetInfoQuery();
-        link.sendResolutionQuery();
+        // The main window's refresh, plus the volumes it asks for separately.
+        DeviceModel::requestState(&link);
         link.sendVolumeQuery();
     });
     if (!answered)
         return ExitFailure;
-    printLine(DeviceState::toJson(record));
+    printLine(DeviceState::toJson(exchange.record()));
     return 0;
 }
 
@@ -204,26 +181,25 @@ int runStatus(const Target &target)
 struct RouteKind
 {
     int kind;
-    const Reply *reply;
+    Reply reply;
     const char *mapName;
 };
 
-const RouteKind VideoRoute{0, &VideoMapReply, "video"};
-const RouteKind AudioRoute{1, &AudioMapReply, "audio"};
-const RouteKind IrRoute{2, &IrMapReply, "ir"};
-const RouteKind WallRoute{3, &VideoMapReply, "video"};
+const RouteKind VideoRoute{DeviceModel::Video, VideoMapReply, "video"};
+const RouteKind AudioRoute{DeviceModel::Audio, AudioMapReply, "audio"};
+const RouteKind IrRoute{DeviceModel::Ir, IrMapReply, "ir"};
+const RouteKind WallRoute{DeviceModel::Wall, VideoMapReply, "video"};
 
 int runRoute(const Target &target, const RouteKind &route, int input, int output)
 {
-    DeviceRecord record;
-    Exchange exchange(target, &record);
-    exchange.await(*route.reply);
+    Exchange exchange(target);
+    exchange.await(route.reply);
     if (!exchange.run([&](MessageDistance &link) { link.sendSwitch(input, output, route.kind); }))
         return ExitFailure;
-    const QJsonObject state = DeviceState::toJson(record);
+    const QJsonObject state = DeviceState::toJson(exchange.record());
     QJsonObject line{{route.mapName, state.value(route.mapName)}};
     // The join mode travels with the video map.
-    if (route.reply == &VideoMapReply)
+    if (route.reply == VideoMapReply)
         line.insert("mode", state.value("joinMode"));
     printLine(line);
     return 0;

@@ -2,6 +2,7 @@
 #include "ui_widget.h"
 
 #include "app/appsettings.h"
+#include "device/devicemodel.h"
 #include "device/devicerecord.h"
 #include "device/devicestate.h"
 #include "device/messagedistance.h"
@@ -320,12 +321,7 @@ void Widget::setStatus(const QString &text, int state)
 
 void Widget::on_refrenshBtn_clicked()
 {
-    MessageDistance *link = MessageDistance::instance();
-    link->sendVersionQuery();
-    link->sendStatusQuery();
-    link->sendInputInfoQuery();
-    link->sendNetInfoQuery();
-    link->sendResolutionQuery();
+    DeviceModel::requestState(MessageDistance::instance());
 }
 
 void Widget::receiveNetWorkSuccessfulSlot()
