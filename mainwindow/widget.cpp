@@ -4,7 +4,6 @@
 #include "app/appsettings.h"
 #include "device/devicemodel.h"
 #include "device/devicerecord.h"
-#include "device/devicestate.h"
 #include "device/messagedistance.h"
 #include "dialogs/msgdlg.h"
 #include "login/logindialog.h"
@@ -101,6 +100,9 @@ Widget::Widget(QWidget *parent)
     connect(ui->listWidget, &QListWidget::currentItemChanged, this, &Widget::currentSignalChanged);
     ui->tabWidget->setAttribute(Qt::WA_StyledBackground);
 
+    // The window shows the process-wide record that the login dialogs also use.
+    m_model = new DeviceModel(deviceRecord(), this);
+    connect(m_model, &DeviceModel::volumesChanged, SigManager::instance(), &SigManager::Sig_UpdateVolumes);
     AppSettings *settings = AppSettings::instance();
     deviceRecord()->setDeviceIp(settings->ip());
     deviceRecord()->setDevicePort(settings->port());
@@ -352,7 +354,8 @@ void Widget::disConnectedSlot()
 void Widget::receiveVersionSlot(QJsonObject obj)
 {
     const int previousModel = deviceRecord()->modelFlag();
-    if (DeviceState::storeVersion(deviceRecord(), obj) == 0)
+    m_model->apply(ReplySignal::Version, obj);
+    if (obj.value("type").toString() == QLatin1String("ORXM100"))
         drawJoinFace(6, 4, 2);
     buildOutputGrids();
     // The number of inputs follows the model; the same model needs no new list.
@@ -370,14 +373,14 @@ void Widget::receiveCheckStateSlot(QJsonObject obj)
 
 void Widget::receiveInputChannelStateSlot(QJsonObject obj)
 {
-    deviceRecord()->setInputSignalMap(DeviceState::signalMap(obj));
+    m_model->apply(ReplySignal::InputState, obj);
     refreshSignalPresence(ui->tabWidget->currentIndex() == 2);
 }
 
 void Widget::receiveNetWorkImforamtionSlot(QJsonObject obj)
 {
-    DeviceRecord *record = deviceRecord();
-    DeviceState::storeNetwork(record, obj);
+    m_model->apply(ReplySignal::NetWork, obj);
+    const DeviceRecord *record = &m_model->record();
     ui->ipEdit->setText(record->netIp());
     ui->gatewayEdit->setText(record->netGateway());
     ui->subnetEdit->setText(record->netSubnet());
@@ -386,7 +389,7 @@ void Widget::receiveNetWorkImforamtionSlot(QJsonObject obj)
 
 void Widget::receiveVideoMapSlot(QJsonObject obj)
 {
-    DeviceState::storeVideoMap(deviceRecord(), obj);
+    m_model->apply(ReplySignal::VideoMap, obj);
     const int mode = deviceRecord()->joinMode();
     setJoinLayout(mode);
     // Show the device's layout without sending a mode command back.
@@ -399,45 +402,40 @@ void Widget::receiveVideoMapSlot(QJsonObject obj)
 
 void Widget::receiveAudioMapSlot(QJsonObject obj)
 {
-    deviceRecord()->setAudioMap(DeviceState::intMap(obj, "audio"));
+    m_model->apply(ReplySignal::AudioMap, obj);
     refillAllTables();
 }
 
 void Widget::receiveIrMapSlot(QJsonObject obj)
 {
-    deviceRecord()->setIrMap(DeviceState::intMap(obj, "IR"));
+    m_model->apply(ReplySignal::IrMap, obj);
     refillAllTables();
 }
 
 void Widget::receiveInChannelResolutionSlot(QJsonObject obj)
 {
-    // "noinput" stays as the text of an input without signal.
-    deviceRecord()->setInputResolutionMap(DeviceState::textMap(obj, "in"));
+    m_model->apply(ReplySignal::InResolution, obj);
     refreshSignalPresence(ui->tabWidget->currentIndex() == 2);
 }
 
 void Widget::receiveOutChannelResolutionSlot(QJsonObject obj)
 {
-    deviceRecord()->setOutputResolutionMap(DeviceState::textMap(obj, "out"));
+    m_model->apply(ReplySignal::OutResolution, obj);
 }
 
 void Widget::receiveOsdImfSlot(int port, QJsonObject obj)
 {
-    QMap<int, OverlayRecord> records = deviceRecord()->osdRecords();
-    records.insert(port, DeviceState::overlayFromReply(obj));
-    deviceRecord()->setOsdRecords(records);
+    m_model->applyOsd(port, obj);
 }
 
 void Widget::receiveTitleImfSlot(QJsonObject obj)
 {
-    // OSD replies arrive here too and land in the caption record.
-    deviceRecord()->setCaptionRecord(DeviceState::overlayFromReply(obj));
+    m_model->apply(ReplySignal::Title, obj);
 }
 
 void Widget::receiveVolumeValueSlot(QJsonObject obj)
 {
-    deviceRecord()->setVolumeMap(DeviceState::intMap(obj, "Volume"));
-    emit SigManager::instance()->Sig_UpdateVolumes();
+    m_model->apply(ReplySignal::Volume, obj);
 }
 
 // ---- routing tables ------------------------------------------------------------
@@ -452,8 +450,7 @@ void Widget::drawJoinFace(int id, int columns, int rows)
 void Widget::JoinLayoutButtonChangeSlot(int id)
 {
     MessageDistance::instance()->sendMode(id);
-    if (id >= 0 && id <= 6)
-        deviceRecord()->setJoinMode(id);
+    m_model->recordJoinMode(id);
     setJoinLayout(id);
     refillTable(ui->jointTable);
 }
@@ -539,22 +536,16 @@ void Widget::refillAllTables()
 
 void Widget::routeVideo(int input, int output)
 {
-    MessageDistance::instance()->sendSwitch(input, output, 0);
-    QMap<int, int> video = deviceRecord()->videoMap();
-    video.insert(output, input);
-    deviceRecord()->setVideoMap(video);
+    MessageDistance::instance()->sendSwitch(input, output, DeviceModel::Video);
+    m_model->recordSwitch(input, output, DeviceModel::Video);
     refillTable(ui->videoTable);
 }
 
 void Widget::routeJoint(int input, int output)
 {
-    MessageDistance::instance()->sendSwitch(input, output, 3);
-    MessageDistance::instance()->sendSwitch(input, output, 1);
-    QMap<int, int> video = deviceRecord()->videoMap();
-    const int outputs = DeviceState::jointOutputs(deviceRecord()->joinMode(), deviceRecord()->modelFlag());
-    for (int k = 1; k <= outputs; ++k)
-        video.insert(k, input);
-    deviceRecord()->setVideoMap(video);
+    MessageDistance::instance()->sendSwitch(input, output, DeviceModel::Wall);
+    MessageDistance::instance()->sendSwitch(input, output, DeviceModel::Audio);
+    m_model->recordSwitch(input, output, DeviceModel::Wall);
     refillTable(ui->jointTable);
     refillTable(ui->videoTable);
 }

@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QTranslator>
 
+class DeviceModel;
 class QButtonGroup;
 class QMenu;
 class TableWidget;
@@ -88,6 +89,7 @@ private:
     int currentPort(QWidget *view) const;
 
     Ui::Widget *ui;
+    DeviceModel *m_model = nullptr;
     QTranslator m_translator;
     QButtonGroup *m_joinGroup = nullptr;
     bool m_maximized = false;
