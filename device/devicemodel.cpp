@@ -11,6 +11,15 @@ bool sameOverlay(const OverlayRecord &a, const OverlayRecord &b)
             && a.backgroundEnabled == b.backgroundEnabled && a.backgroundColor == b.backgroundColor
             && a.direction == b.direction;
 }
+// Stores `value` through `set` and emits `changed` only when it differs from `get`.
+template<typename Value, typename Get, typename Set, typename Changed>
+void replaceIfChanged(DeviceRecord *record, DeviceModel *model, const Value &value, Get get, Set set, Changed changed)
+{
+    if ((record->*get)() == value)
+        return;
+    (record->*set)(value);
+    emit (model->*changed)();
+}
 } // namespace
 
 DeviceModel::DeviceModel(DeviceRecord *record, QObject *parent)
@@ -48,47 +57,27 @@ void DeviceModel::apply(ReplySignal signal, const QJsonObject &reply)
             emit joinModeChanged(r->joinMode());
         break;
     }
-    case ReplySignal::AudioMap: {
-        const QMap<int, int> map = DeviceState::intMap(reply, "audio");
-        if (map != r->audioMap()) {
-            r->setAudioMap(map);
-            emit audioMapChanged();
-        }
+    case ReplySignal::AudioMap:
+        replaceIfChanged(r, this, DeviceState::intMap(reply, "audio"), &DeviceRecord::audioMap, &DeviceRecord::setAudioMap,
+                         &DeviceModel::audioMapChanged);
         break;
-    }
-    case ReplySignal::IrMap: {
-        const QMap<int, int> map = DeviceState::intMap(reply, "IR");
-        if (map != r->irMap()) {
-            r->setIrMap(map);
-            emit irMapChanged();
-        }
+    case ReplySignal::IrMap:
+        replaceIfChanged(r, this, DeviceState::intMap(reply, "IR"), &DeviceRecord::irMap, &DeviceRecord::setIrMap,
+                         &DeviceModel::irMapChanged);
         break;
-    }
-    case ReplySignal::InputState: {
-        const QMap<int, bool> map = DeviceState::signalMap(reply);
-        if (map != r->inputSignalMap()) {
-            r->setInputSignalMap(map);
-            emit inputSignalsChanged();
-        }
+    case ReplySignal::InputState:
+        replaceIfChanged(r, this, DeviceState::signalMap(reply), &DeviceRecord::inputSignalMap, &DeviceRecord::setInputSignalMap,
+                         &DeviceModel::inputSignalsChanged);
         break;
-    }
-    case ReplySignal::InResolution: {
+    case ReplySignal::InResolution:
         // "noinput" stays as the text of an input without signal.
-        const QMap<int, QString> map = DeviceState::textMap(reply, "in");
-        if (map != r->inputResolutionMap()) {
-            r->setInputResolutionMap(map);
-            emit inputResolutionsChanged();
-        }
+        replaceIfChanged(r, this, DeviceState::textMap(reply, "in"), &DeviceRecord::inputResolutionMap,
+                         &DeviceRecord::setInputResolutionMap, &DeviceModel::inputResolutionsChanged);
         break;
-    }
-    case ReplySignal::OutResolution: {
-        const QMap<int, QString> map = DeviceState::textMap(reply, "out");
-        if (map != r->outputResolutionMap()) {
-            r->setOutputResolutionMap(map);
-            emit outputResolutionsChanged();
-        }
+    case ReplySignal::OutResolution:
+        replaceIfChanged(r, this, DeviceState::textMap(reply, "out"), &DeviceRecord::outputResolutionMap, &DeviceRecord::setOutputResolutionMap,
+                         &DeviceModel::outputResolutionsChanged);
         break;
-    }
     case ReplySignal::NetWork: {
         const QStringList before{r->netIp(), r->netGateway(), r->netSubnet(), r->netMac()};
         DeviceState::storeNetwork(r, reply);
@@ -96,14 +85,10 @@ void DeviceModel::apply(ReplySignal signal, const QJsonObject &reply)
             emit networkChanged();
         break;
     }
-    case ReplySignal::Volume: {
-        const QMap<int, int> map = DeviceState::intMap(reply, "Volume");
-        if (map != r->volumeMap()) {
-            r->setVolumeMap(map);
-            emit volumesChanged();
-        }
+    case ReplySignal::Volume:
+        replaceIfChanged(r, this, DeviceState::intMap(reply, "Volume"), &DeviceRecord::volumeMap, &DeviceRecord::setVolumeMap,
+                         &DeviceModel::volumesChanged);
         break;
-    }
     case ReplySignal::Title: {
         // OSD replies arrive here too and land in the caption record.
         const OverlayRecord overlay = DeviceState::overlayFromReply(reply);
@@ -153,10 +138,8 @@ void DeviceModel::recordJoinMode(int mode)
 
 void DeviceModel::setVideoMap(const QMap<int, int> &map)
 {
-    if (map == m_record->videoMap())
-        return;
-    m_record->setVideoMap(map);
-    emit videoMapChanged();
+    replaceIfChanged(m_record, this, map, &DeviceRecord::videoMap, &DeviceRecord::setVideoMap,
+                     &DeviceModel::videoMapChanged);
 }
 
 void DeviceModel::attach(MessageDistance *link)
