@@ -62,14 +62,14 @@ QString osdDirection(int direction)
 
 QString osdPosition(int x, int y) { return QString("{param=POS%1/%2}").arg(x).arg(y); }
 
-QString fontColor(const QColor &color)
+QString fontColor(int red, int green, int blue)
 {
-    return QString("{param=Font_Color%1/%2/%3}").arg(color.red()).arg(color.green()).arg(color.blue());
+    return QString("{param=Font_Color%1/%2/%3}").arg(red).arg(green).arg(blue);
 }
 
-QString backgroundColor(const QColor &color)
+QString backgroundColor(int red, int green, int blue)
 {
-    return QString("{param=Bg_Color%1/%2/%3}").arg(color.red()).arg(color.green()).arg(color.blue());
+    return QString("{param=Bg_Color%1/%2/%3}").arg(red).arg(green).arg(blue);
 }
 
 QString backgroundSwitch(bool open) { return wrap(open ? "Bg_Open" : "Bg_Close"); }

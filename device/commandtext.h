@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QString>
 
 // The texts of the device's command set. Every command is "{param=...}" with
@@ -34,8 +33,8 @@ QString osdSwitch(bool open);
 QString osdSpeed(int speed);
 QString osdDirection(int direction);
 QString osdPosition(int x, int y);
-QString fontColor(const QColor &color);
-QString backgroundColor(const QColor &color);
+QString fontColor(int red, int green, int blue);
+QString backgroundColor(int red, int green, int blue);
 QString backgroundSwitch(bool open);
 QString copyEdid(int input, int source);
 QString updateEdid(int port);

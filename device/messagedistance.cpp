@@ -2,9 +2,7 @@
 
 #include "device/commandtext.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
-#include <QImage>
 #include <QDebug>
 #include <QMutexLocker>
 #include <QTimer>
@@ -251,18 +249,14 @@ void MessageDistance::sendUploadCommand(int target)
     m_uploadSocket.flush();
 }
 
-void MessageDistance::sendImage(const QString &path)
+void MessageDistance::sendImage(const QByteArray &bitmap)
 {
     if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
         qDebug() << "osd socket disconnected!";
         reconnectUploadSocket();
         return;
     }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImage(path).save(&buffer, "bmp");
-    m_uploadSocket.write(bytes);
+    m_uploadSocket.write(bitmap);
     m_uploadSocket.flush();
 }
 
@@ -373,8 +367,8 @@ void MessageDistance::sendOsdSwitch(bool open) { sendCommand(CommandText::osdSwi
 void MessageDistance::sendOsdSpeed(int speed) { sendCommand(CommandText::osdSpeed(speed)); }
 void MessageDistance::sendOsdDirection(int direction) { sendCommand(CommandText::osdDirection(direction)); }
 void MessageDistance::sendOsdPosition(int x, int y) { sendCommand(CommandText::osdPosition(x, y)); }
-void MessageDistance::sendFontColor(const QColor &color) { sendCommand(CommandText::fontColor(color)); }
-void MessageDistance::sendBackgroundColor(const QColor &color) { sendCommand(CommandText::backgroundColor(color)); }
+void MessageDistance::sendFontColor(int red, int green, int blue) { sendCommand(CommandText::fontColor(red, green, blue)); }
+void MessageDistance::sendBackgroundColor(int red, int green, int blue) { sendCommand(CommandText::backgroundColor(red, green, blue)); }
 void MessageDistance::sendBackgroundSwitch(bool open) { sendCommand(CommandText::backgroundSwitch(open)); }
 void MessageDistance::sendCopyEdid(int input, int source) { sendCommand(CommandText::copyEdid(input, source)); }
 void MessageDistance::sendUpdateEdid(int port) { sendCommand(CommandText::updateEdid(port)); }

@@ -3,7 +3,6 @@
 #include "device/replyparser.h"
 
 #include <QByteArray>
-#include <QColor>
 #include <QJsonObject>
 #include <QList>
 #include <QMutex>
@@ -76,8 +75,8 @@ public:
     void sendOsdSpeed(int speed);
     void sendOsdDirection(int direction);
     void sendOsdPosition(int x, int y);
-    void sendFontColor(const QColor &color);
-    void sendBackgroundColor(const QColor &color);
+    void sendFontColor(int red, int green, int blue);
+    void sendBackgroundColor(int red, int green, int blue);
     void sendBackgroundSwitch(bool open);
     void sendCopyEdid(int input, int source);
     void sendUpdateEdid(int port);
@@ -96,7 +95,8 @@ public:
     void sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand);
     void sendDoneCommand();
     void sendUploadCommand(int target);
-    void sendImage(const QString &path);
+    // Writes an already converted bitmap on the file connection.
+    void sendImage(const QByteArray &bitmap);
 
     // How errors are shown to the operator; the window installs its message box.
     // Blocks like a modal dialog; without one the message is only logged.

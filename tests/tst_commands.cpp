@@ -94,9 +94,8 @@ void tst_Commands::everyCommand_goesOutAsExactText_data()
     row("osd left", [](MessageDistance &l) { l.sendOsdDirection(0); }, "{param=Left}");
     row("osd right", [](MessageDistance &l) { l.sendOsdDirection(1); }, "{param=Right}");
     row("osd position", [](MessageDistance &l) { l.sendOsdPosition(120, 40); }, "{param=POS120/40}");
-    row("font colour white", [](MessageDistance &l) { l.sendFontColor(Qt::white); }, "{param=Font_Color255/255/255}");
-    row("font colour mixed", [](MessageDistance &l) { l.sendFontColor(QColor(1, 128, 0)); }, "{param=Font_Color1/128/0}");
-    row("background colour", [](MessageDistance &l) { l.sendBackgroundColor(QColor(10, 20, 30)); }, "{param=Bg_Color10/20/30}");
+    row("font colour mixed", [](MessageDistance &l) { l.sendFontColor(1, 128, 0); }, "{param=Font_Color1/128/0}");
+    row("background colour", [](MessageDistance &l) { l.sendBackgroundColor(10, 20, 30); }, "{param=Bg_Color10/20/30}");
     row("background open", [](MessageDistance &l) { l.sendBackgroundSwitch(true); }, "{param=Bg_Open}");
     row("background close", [](MessageDistance &l) { l.sendBackgroundSwitch(false); }, "{param=Bg_Close}");
     row("copy edid", [](MessageDistance &l) { l.sendCopyEdid(2, 3); }, "{param=Copy_EDID2/3}");
