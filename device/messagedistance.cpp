@@ -249,6 +249,11 @@ void MessageDistance::sendUploadCommand(int target)
     m_uploadSocket.flush();
 }
 
+void MessageDistance::setReconnectInterval(int ms)
+{
+    m_reconnectTimer->setInterval(ms);
+}
+
 void MessageDistance::sendImage(const QByteArray &bitmap)
 {
     if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {

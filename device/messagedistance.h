@@ -27,6 +27,8 @@ class MessageDistance : public QThread
 public:
     static constexpr quint16 FilePort = 6666;
     static constexpr int ReconnectIntervalMs = 2000;
+    // Time between connection attempts while the command connection is down.
+    void setReconnectInterval(int ms);
 
     // (command text, payload): exactly one of the two is in use.
     using UploadItem = QPair<QString, QByteArray>;

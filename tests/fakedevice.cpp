@@ -51,10 +51,7 @@ QByteArray FakeDevice::takeReceived()
 
 bool FakeDevice::waitForReceived(int bytes, int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    while (m_received.size() < bytes && !deadline.hasExpired())
-        QTest::qWait(10);
-    return m_received.size() >= bytes;
+    return QTest::qWaitFor([&] { return m_received.size() >= bytes; }, timeoutMs);
 }
 
 void FakeDevice::reply(const QByteArray &bytes)

@@ -56,8 +56,5 @@ int SignalRecorder::count(const QString &name) const
 
 bool SignalRecorder::waitFor(const QString &name, int wanted, int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    while (count(name) < wanted && !deadline.hasExpired())
-        QTest::qWait(10);
-    return count(name) >= wanted;
+    return QTest::qWaitFor([&] { return count(name) >= wanted; }, timeoutMs);
 }

@@ -47,8 +47,5 @@ bool SimProcess::waitForCommand(const QByteArray &command, int timeoutMs)
     const QByteArray line = "cmd: " + command + "\n";
     const QByteArray unknown = "cmd: " + command + " (";
     auto seen = [&] { return commandLog().contains(line) || m_log.contains(unknown); };
-    QDeadlineTimer deadline(timeoutMs);
-    while (!seen() && !deadline.hasExpired())
-        QTest::qWait(10);
-    return seen();
+    return QTest::qWaitFor(seen, timeoutMs);
 }

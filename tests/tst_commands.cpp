@@ -123,7 +123,7 @@ void tst_Commands::everyCommand_goesOutAsExactText()
     command(*m_link);
     const QByteArray bytes = expected.toUtf8();
     QVERIFY(m_device->waitForReceived(bytes.size()));
-    QTest::qWait(20); // nothing may trail the command
+    QVERIFY(!m_device->waitForReceived(bytes.size() + 1, 20)); // nothing may trail the command
     QCOMPARE(m_device->takeReceived(), bytes);
     QCOMPARE(capturedLog().filter("send:"), QStringList{QString("send: \"%1\"").arg(expected)});
 }

@@ -63,8 +63,12 @@ void tst_DeviceModel::reply_signalsItsChangeOnceAndNotWhenRepeated_data()
                                    << QStringList{"modelChanged", "versionsChanged"} << "0 MCU : V2";
     QTest::newRow("unknown model keeps the larger one") << ReplySignal::Version << json(R"({"type":"X","FPGA":"1"})")
                                                         << QStringList{"versionsChanged"} << "1 FPGA: 1";
+    QTest::newRow("lower-case type is unknown") << ReplySignal::Version << json(R"({"type":"orxm100","FPGA":1.5})")
+                                                << QStringList{"versionsChanged"} << "1 FPGA: 1.5";
     QTest::newRow("video map with a wall") << ReplySignal::VideoMap << json(R"({"video1":3,"video2":4,"mode":2})")
                                            << QStringList{"videoMapChanged", "joinModeChanged"} << "3 2";
+    QTest::newRow("video map, numbers as strings") << ReplySignal::VideoMap << json(R"({"video1":"4","mode":"5"})")
+                                                   << QStringList{"videoMapChanged", "joinModeChanged"} << "4 5";
     QTest::newRow("audio map") << ReplySignal::AudioMap << json(R"({"audio101":5})") << QStringList{"audioMapChanged"} << "5";
     QTest::newRow("IR map") << ReplySignal::IrMap << json(R"({"IR2":7})") << QStringList{"irMapChanged"} << "7";
     QTest::newRow("input signals") << ReplySignal::InputState << json(R"({"input-3":"true","input-4":"false"})")

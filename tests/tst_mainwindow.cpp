@@ -21,6 +21,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
@@ -34,6 +35,7 @@ class tst_MainWindow : public QObject
 private slots:
     void initTestCase();
     void cleanupTestCase();
+    void init();
 
     void autoLoginStart_showsConnectedAndTheDeviceState();
     void dropOnEachTable_switchesTheDevice_data();
@@ -82,11 +84,23 @@ void tst_MainWindow::initTestCase()
     QFile file(ini);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(QString("[NetWork]\nIp=127.0.0.31\nPort=%1\n[Language]\nlanguage=1\n").arg(m_sim.port()).toUtf8());
+    file.close();
+    // One window for every function, so each can also run by itself.
+    m_window = new Widget;
 }
 
 void tst_MainWindow::cleanupTestCase()
 {
     delete m_window;
+    m_sim.stop();
+}
+
+void tst_MainWindow::init()
+{
+    // Every function starts from a connected window that has the device's state.
+    QTRY_COMPARE(AppSettings::instance()->connectionState(), int(AppSettings::Connected));
+    QTRY_VERIFY(!child<QLabel>("fpgaVersionLabel")->text().isEmpty());
+    QTRY_VERIFY(!child<QLineEdit>("ipEdit")->text().isEmpty());
 }
 
 QString tst_MainWindow::status(const char *state) const
@@ -115,7 +129,6 @@ bool tst_MainWindow::dropInput(int listRow, TableWidget *table, int outputKey)
 
 void tst_MainWindow::autoLoginStart_showsConnectedAndTheDeviceState()
 {
-    m_window = new Widget;
     QVERIFY(QApplication::activeModalWidget() == nullptr);
     QCOMPARE(m_window->windowTitle(), QString("ORVEXMATRIX CONTORL"));
     QTRY_COMPARE(m_window->statusText(), status("connected"));
@@ -210,8 +223,11 @@ void tst_MainWindow::joinLayoutButtons_sendModeAndReshapeTheWall()
     auto *joint = child<TableWidget>("jointTable");
     QCOMPARE(QSize(joint->columnCount(), joint->rowCount()), layout);
     QVERIFY(m_sim.waitForCommand(QString("{param=mode%1}").arg(id).toLatin1()));
-    // The device's answer (none for an unknown mode) must leave the layout as it is.
-    QTest::qWait(100);
+    // The device's answer (none for an unknown mode) must leave the layout as it is;
+    // replies come in order, so once a later query is answered that one is in.
+    QSignalSpy volumes(MessageDistance::instance(), &MessageDistance::receiveVolumnImformationSig);
+    MessageDistance::instance()->sendVolumeQuery();
+    QVERIFY(volumes.wait());
     QCOMPARE(QSize(joint->columnCount(), joint->rowCount()), layout);
 }
 
@@ -224,7 +240,10 @@ void tst_MainWindow::videoMapReply_setsTheLayoutWithoutSendingItBack()
     auto *joint = child<TableWidget>("jointTable");
     QTRY_COMPARE(QSize(joint->columnCount(), joint->rowCount()), QSize(2, 2));
     QVERIFY(child<QPushButton>("joinBtn3")->isChecked());
-    QTest::qWait(100);
+    // Commands go out in order: once a later query is answered, nothing more was sent before it.
+    QSignalSpy volumes(MessageDistance::instance(), &MessageDistance::receiveVolumnImformationSig);
+    MessageDistance::instance()->sendVolumeQuery();
+    QVERIFY(volumes.wait());
     QCOMPARE(m_sim.commandLog().count("{param=mode"), modeCommandsBefore + 1);
 
     // A joint drop in mode 3 routes the four wall outputs, video and audio.
@@ -273,6 +292,8 @@ void tst_MainWindow::f2OnTheSignalList_renamesTheInputEverywhere()
 {
     child<QTabWidget>("tabWidget")->setCurrentIndex(0);
     auto *list = child<ListWidget>("listWidget");
+    MessageDistance::instance()->sendSwitch(2, 5, 0);
+    QTRY_COMPARE(cellInput(child<TableWidget>("videoTable"), 5), QString("[2] Input 2"));
     list->setCurrentRow(1);
     QTimer::singleShot(0, this, [] {
         QWidget *dialog = QApplication::activeModalWidget();
@@ -285,7 +306,6 @@ void tst_MainWindow::f2OnTheSignalList_renamesTheInputEverywhere()
     QTest::keyClick(list, Qt::Key_F2);
     QCOMPARE(PortNameStore::loadPortNames(0).value(2), QString("Lectern"));
     QCOMPARE(list->item(1)->text(), QString("[2] Lectern"));
-    // Output 5 carries input 2 since the video drop.
     QTRY_COMPARE(cellInput(child<TableWidget>("videoTable"), 5), QString("[2] Lectern"));
 }
 
@@ -329,6 +349,8 @@ void tst_MainWindow::statusLine_followsDeviceStopAndRestart()
     const QString ini = QCoreApplication::applicationDirPath() + "/config.ini";
     const QByteArray iniBefore = fileBytes(ini);
     const QByteArray dbBefore = fileBytes(databasePath());
+    MessageDistance::instance()->sendSwitch(7, 1, 2);
+    QTRY_COMPARE(cellInput(child<TableWidget>("irTable"), 1), QString("[7] Input 7"));
 
     // Each reconnect round shows "connecting" until its refusal shows "disconnected":
     // sample the line right after the window's own slot has run.

@@ -104,7 +104,7 @@ void tst_Upload::secondFile_waitsBehindTheFirst()
     m_link->sendFile("{param=Upload_OSD1}", QByteArray(700, 'a'), CommandText::done());
     m_link->sendFile("{param=Update_EDID3}", QByteArray(10, 'b'), CommandText::done());
     QVERIFY(m_device->waitForReceived(19));
-    QTest::qWait(50);
+    QVERIFY(!m_device->waitForReceived(20, 50));  // the second file waits
     QCOMPARE(m_device->takeReceived(), QByteArray("{param=Upload_OSD1}"));
 
     m_device->replyOnFile("ok");                 // releases the second piece of the first file
@@ -147,8 +147,7 @@ void tst_Upload::uploadPortDown_refusesTheFileWithAMessage()
     QVERIFY(connected.wait(3000));
     m_link->sendFile("{param=Upload_OSD1}", QByteArray(10, 'a'), CommandText::done());
     QCOMPARE(m_messages, QStringList{QString::fromUtf8("NetWork Error: 传输文件端口连接发生错误！")});
-    QTest::qWait(50);
-    QCOMPARE(m_device->received(), QByteArray());
+    QVERIFY(!m_device->waitForReceived(1, 50));
     QVERIFY(!m_link->isUploading());
     QCOMPARE(m_link->pendingUploads(), 0);
 }
