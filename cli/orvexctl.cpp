@@ -29,7 +29,7 @@
 namespace {
 
 constexpr int ExitFailure = 2;
-constexpr int AnswerDeadlineSeconds = 5;
+constexpr int DefaultDeadlineSeconds = 5;
 
 void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
@@ -95,6 +95,7 @@ struct Target
 {
     QString host;
     quint16 port = 0;
+    int deadlineSeconds = DefaultDeadlineSeconds;
 };
 
 // One round with the device: connect, send once the command connection is up,
@@ -149,12 +150,12 @@ bool Exchange::run(const std::function<void(MessageDistance &)> &send)
         }
     });
     // Precise: a coarse timer may fire up to 5 % early.
-    QTimer::singleShot(AnswerDeadlineSeconds * 1000, Qt::PreciseTimer, &m_loop, [this] { m_loop.exit(1); });
+    QTimer::singleShot(m_target.deadlineSeconds * 1000, Qt::PreciseTimer, &m_loop, [this] { m_loop.exit(1); });
     m_link.connectToDevice(m_target.host, m_target.port);
     if (m_loop.exec() == 0)
         return true;
     std::fprintf(stderr, "orvexctl: %s %s:%u within %d s\n", m_sent ? "no answer from" : "no connection to",
-                 qPrintable(m_target.host), unsigned(m_target.port), AnswerDeadlineSeconds);
+                 qPrintable(m_target.host), unsigned(m_target.port), m_target.deadlineSeconds);
     return false;
 }
 
@@ -220,15 +221,15 @@ void usage()
 {
     std::fprintf(stderr,
                  "usage: orvexctl parse < bytes\n"
-                 "       orvexctl --host ADDR --port N status\n"
-                 "       orvexctl --host ADDR --port N route INPUT OUTPUT [--audio|--ir|--wall]\n"
+                 "       orvexctl --host ADDR --port N [--timeout S] status\n"
+                 "       orvexctl --host ADDR --port N [--timeout S] route INPUT OUTPUT [--audio|--ir|--wall]\n"
                  "  parse   read raw device bytes from standard input and print one JSON line per\n"
                  "          reply frame: frame after repairs, ok, error, signals, object\n"
                  "  status  query everything and print the device record as one JSON line\n"
                  "  route   switch INPUT to OUTPUT (video unless --audio or --ir; --wall switches the\n"
                  "          whole joined wall and ignores OUTPUT) and print the map the device answers\n"
-                 "  Without an answer within %d s: one line on standard error, exit status 2.\n",
-                 AnswerDeadlineSeconds);
+                 "  Without an answer within S seconds (default %d): one line on standard error, exit status 2.\n",
+                 DefaultDeadlineSeconds);
 }
 
 std::optional<int> positiveNumber(const QString &text, int max = std::numeric_limits<int>::max())
@@ -250,7 +251,8 @@ std::optional<Invocation> parseArguments(const QStringList &arguments)
     const QCommandLineOption audio("audio", "");
     const QCommandLineOption ir("ir", "");
     const QCommandLineOption wall("wall", "");
-    parser.addOptions({help, host, port, audio, ir, wall});
+    const QCommandLineOption timeout("timeout", "", "s");
+    parser.addOptions({help, host, port, audio, ir, wall, timeout});
     if (!parser.parse(arguments))
         return std::nullopt;
 
@@ -268,6 +270,12 @@ std::optional<Invocation> parseArguments(const QStringList &arguments)
     if (parser.value(host).isEmpty() || !portNumber)
         return std::nullopt;
     invocation.target = {parser.value(host), quint16(*portNumber)};
+    if (parser.isSet(timeout)) {
+        const std::optional<int> seconds = positiveNumber(parser.value(timeout), 3600);
+        if (!seconds)
+            return std::nullopt;
+        invocation.target.deadlineSeconds = *seconds;
+    }
     const int kindFlags = int(parser.isSet(audio)) + int(parser.isSet(ir)) + int(parser.isSet(wall));
 
     if (command == "status" && positional.size() == 1 && kindFlags == 0) {
