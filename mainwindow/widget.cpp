@@ -8,8 +8,7 @@
 #include "dialogs/msgdlg.h"
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
-#include "mainwindow/portnaming.h"
-#include "mainwindow/renamedialog.h"
+#include "mainwindow/portmenus.h"
 #include "mainwindow/sigmanager.h"
 #include "mainwindow/tableitemwidget.h"
 #include "store/accountstore.h"
@@ -17,8 +16,6 @@
 
 #include <QApplication>
 #include <QButtonGroup>
-#include <QKeyEvent>
-#include <QMenu>
 #include <QRegExpValidator>
 #include <QScreen>
 
@@ -163,14 +160,9 @@ Widget::Widget(QWidget *parent)
     }
     connect(ui->languageComboBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(on_languageComboBox_currentIndexChanged(int)));
-    for (QWidget *view : {static_cast<QWidget *>(ui->listWidget), static_cast<QWidget *>(ui->videoTable),
-                          static_cast<QWidget *>(ui->audioTable), static_cast<QWidget *>(ui->hdmiAudioTable),
-                          static_cast<QWidget *>(ui->irTable), static_cast<QWidget *>(ui->jointTable)}) {
-        view->setContextMenuPolicy(Qt::CustomContextMenu);
-        connect(view, &QWidget::customContextMenuRequested, this,
-                [this, view](const QPoint &pos) { showPortMenu(view, pos); });
-        view->installEventFilter(this);
-    }
+    m_portMenus = new PortMenus({ui->listWidget, ui->videoTable, ui->jointTable, ui->audioTable, ui->hdmiAudioTable, ui->irTable},
+                                MessageDistance::instance(), this);
+    connect(m_portMenus, &PortMenus::inputRenamed, this, &Widget::refrenshSignalSlot);
 
     ui->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"
                                       "background-repeat:no-repeat;");
@@ -192,6 +184,11 @@ Widget::~Widget()
 QString Widget::statusText() const
 {
     return ui->labelStatus->text();
+}
+
+QMenu *Widget::createPortMenu(QWidget *view)
+{
+    return m_portMenus->createMenu(view);
 }
 
 QSize Widget::joinFace(int id) const
@@ -612,119 +609,4 @@ void Widget::tabChanged(int index)
     const bool settingsPage = index == 4 || index == 5;
     ui->tabWidget->setStyleSheet(QString("QTabWidget::tab-bar { left:%1; }").arg(settingsPage ? "200px" : "0"));
     ui->adminLabel->setVisible(settingsPage && AppSettings::instance()->adminFlag() != 0);
-}
-
-// ---- port menus and renames ----------------------------------------------------------
-
-int Widget::currentPort(QWidget *view) const
-{
-    if (view == ui->listWidget) {
-        const QListWidgetItem *item = ui->listWidget->currentItem();
-        return item ? item->data(ListWidget::PortRole).toInt() : 0;
-    }
-    const auto *table = qobject_cast<TableWidget *>(view);
-    const QTableWidgetItem *item = table ? table->currentItem() : nullptr;
-    return item ? item->data(TableWidget::OutputKeyRole).toInt() : 0;
-}
-
-QMenu *Widget::createPortMenu(QWidget *view)
-{
-    auto *menu = new QMenu(this);
-    const int port = currentPort(view);
-    auto rename = [this, view] { renameCurrentPort(view); };
-    auto clear = [view, port] {
-        if (auto *table = qobject_cast<TableWidget *>(view))
-            emit table->dropPortToItemSig(0, port);
-    };
-    auto audioMode = [this, menu, port] {
-        QMenu *modes = menu->addMenu(tr("音频模式"));
-        modes->addAction(tr("数字音频"), [port] { MessageDistance::instance()->sendAnalogSelect(port, 0); });
-        modes->addAction(tr("模拟音频"), [port] { MessageDistance::instance()->sendAnalogSelect(port, 1); });
-    };
-    if (view == ui->listWidget) {
-        menu->addAction(tr("Rename(F2)"), rename);
-        menu->addAction(tr("OSD Setting"), [port] { MessageDistance::instance()->sendOsdQuery(port); });
-        menu->addAction(tr("GraphicsTest"));
-        menu->addAction(tr("Volume Setting"));
-        menu->addAction(tr("Edid"));
-        menu->addAction(tr("Resolution"));
-    } else if (view == ui->videoTable) {
-        menu->addAction(tr("Rename(F2)"), rename);
-        menu->addAction(tr("Resolution"));
-        menu->addAction(tr("Graphics Test"));
-    } else if (view == ui->audioTable) {
-        menu->addAction(tr("清除"), clear);
-        menu->addAction(tr("Rename(F2)"), rename);
-        audioMode();
-    } else if (view == ui->hdmiAudioTable) {
-        menu->addAction(tr("清除"), clear);
-        menu->addAction(tr("Rename(F2)"), rename);
-        menu->addAction(tr("Resolution"));
-        menu->addAction(tr("Graphics Test"));
-        audioMode();
-    } else if (view == ui->irTable) {
-        menu->addAction(tr("Rename(F2)"), rename);
-        menu->addAction(tr("清除"), clear);
-    } else if (view == ui->jointTable) {
-        menu->addAction(tr("Rename(F2)"), rename);
-        menu->addAction(tr("清除"), clear);
-        menu->addAction(tr("Resolution"));
-        menu->addAction(tr("Graphics Test"));
-    }
-    return menu;
-}
-
-void Widget::showPortMenu(QWidget *view, const QPoint &pos)
-{
-    QMenu *menu = createPortMenu(view);
-    QWidget *anchor = view;
-    if (auto *scroll = qobject_cast<QAbstractScrollArea *>(view))
-        anchor = scroll->viewport();
-    menu->exec(anchor->mapToGlobal(pos));
-    menu->deleteLater();
-}
-
-bool Widget::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_F2) {
-        renameCurrentPort(qobject_cast<QWidget *>(watched));
-        return true;
-    }
-    return BaseWidget::eventFilter(watched, event);
-}
-
-void Widget::renameCurrentPort(QWidget *view)
-{
-    const int port = currentPort(view);
-    if (!view || port <= 0)
-        return;
-    if (view == ui->listWidget) {
-        const bool audio = ui->listWidget->currentItem()->data(ListWidget::TypeRole).toInt() == 1;
-        const QString name = (audio ? AppSettings::instance()->audioInputNames() : AppSettings::instance()->inputNames()).value(port);
-        RenameDialog dialog(name, this);
-        connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, audio](const QString &newName) {
-            applyPortName(ui->listWidget, audio ? PortListKind::AudioInputs : PortListKind::VideoInputs, newName);
-            refrenshSignalSlot();
-        });
-        dialog.exec();
-        return;
-    }
-    auto *table = qobject_cast<TableWidget *>(view);
-    if (!table)
-        return;
-    RenameDialog dialog(table->outputName(port), this);
-    connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, table, port](const QString &newName) {
-        if (table == ui->audioTable || table == ui->hdmiAudioTable) {
-            PortNameStore::saveOutAudioPortName(port, newName);
-        } else if (table == ui->irTable) {
-            PortNameStore::saveOutInfarePortName(port, newName);
-        } else {
-            PortNameStore::savePortName(port, newName, PortNameStore::VideoOutput);
-            // Video outputs are the joined wall's outputs too.
-            ui->videoTable->setOutputName(port, newName);
-            ui->jointTable->setOutputName(port, newName);
-        }
-        table->setOutputName(port, newName);
-    });
-    dialog.exec();
 }

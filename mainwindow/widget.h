@@ -7,6 +7,7 @@
 
 class DeviceModel;
 class QButtonGroup;
+class PortMenus;
 class QMenu;
 class TableWidget;
 
@@ -60,7 +61,6 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     enum TableCode { VideoCode = 0, AudioCode = 1, IrCode = 3, HdmiAudioCode = 4 };
@@ -84,12 +84,10 @@ private:
     void routeVideo(int input, int output);
     void routeJoint(int input, int output);
 
-    void renameCurrentPort(QWidget *view);
-    void showPortMenu(QWidget *view, const QPoint &pos);
-    int currentPort(QWidget *view) const;
 
     Ui::Widget *ui;
     DeviceModel *m_model = nullptr;
+    PortMenus *m_portMenus = nullptr;
     QTranslator m_translator;
     QButtonGroup *m_joinGroup = nullptr;
     bool m_maximized = false;

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+
+class ListWidget;
+class MessageDistance;
+class QMenu;
+class QPoint;
+class QWidget;
+class TableWidget;
+
+// The context menus of the port views (the signal list and the five grids) and
+// their renames, by menu or F2. Names are kept in the port-name store.
+class PortMenus : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Views
+    {
+        ListWidget *list;
+        TableWidget *video;
+        TableWidget *joint;
+        TableWidget *audio;
+        TableWidget *hdmiAudio;
+        TableWidget *ir;
+    };
+
+    // `window` parents the menus and rename dialogs.
+    PortMenus(const Views &views, MessageDistance *link, QWidget *window);
+
+    // The menu of `view`, built as it is shown, for the view's current port.
+    QMenu *createMenu(QWidget *view);
+
+signals:
+    // An input was renamed: the signal list and the grids' input labels are stale.
+    void inputRenamed();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    int currentPort(QWidget *view) const;
+    void showMenu(QWidget *view, const QPoint &pos);
+    void renameCurrentPort(QWidget *view);
+
+    Views m_views;
+    MessageDistance *m_link;
+    QWidget *m_window;
+};
