@@ -6,10 +6,9 @@
 #include <QTranslator>
 
 class DeviceModel;
-class QButtonGroup;
 class PortMenus;
+class RoutingPages;
 class QMenu;
-class TableWidget;
 
 namespace Ui {
 class Widget;
@@ -63,8 +62,6 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    enum TableCode { VideoCode = 0, AudioCode = 1, IrCode = 3, HdmiAudioCode = 4 };
-
     void applyStartLanguage();
     void installLanguage(int index);
     void runLoginDecision();
@@ -72,29 +69,15 @@ private:
     void setStatus(const QString &text, int state);
     QString formatStatus(const char *source) const;
 
-    void drawJoinFace(int id, int columns, int rows);
-    void setJoinLayout(int id);
-    void buildOutputGrids();
-    void refillTable(TableWidget *table);
-    void refillAllTables();
-    void refreshSignalPresence(bool audioPage);
-    void currentSignalChanged();
+    void showVersions();
+    void showNetwork();
     void tabChanged(int index);
-
-    void routeVideo(int input, int output);
-    void routeJoint(int input, int output);
-
 
     Ui::Widget *ui;
     DeviceModel *m_model = nullptr;
+    RoutingPages *m_pages = nullptr;
     PortMenus *m_portMenus = nullptr;
     QTranslator m_translator;
-    QButtonGroup *m_joinGroup = nullptr;
     bool m_maximized = false;
     QRect m_normalGeometry;
-    QSize m_joinFaces[7];
-    // What the grids were last built for, so replies that change nothing keep them.
-    int m_gridModel = -1;
-    QSize m_jointLayout;
-    int m_jointModel = -1;
 };

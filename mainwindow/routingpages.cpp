@@ -1,0 +1,244 @@
+#include "mainwindow/routingpages.h"
+
+#include "app/appsettings.h"
+#include "device/devicemodel.h"
+#include "device/devicerecord.h"
+#include "device/messagedistance.h"
+#include "mainwindow/listwidget.h"
+#include "mainwindow/tableitemwidget.h"
+#include "mainwindow/tablewidget.h"
+#include "store/portnamestore.h"
+
+#include <QButtonGroup>
+#include <QCoreApplication>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace {
+const char VideoCellColor[] = "#6988a0";
+const char AudioCellColor[] = "#789383";
+const char SignalColor[] = "#338c56";
+const char NoSignalColor[] = "#2c3e50";
+const int AudioPage = 2;
+
+// (columns, rows) of join layouts 0..5; layout 6 depends on the model.
+const QSize JoinLayouts[] = {{1, 1}, {2, 1}, {1, 2}, {2, 2}, {3, 2}, {2, 3}, {3, 3}};
+
+QSize wallOfModel(int modelFlag)
+{
+    return modelFlag == 1 ? QSize(3, 3) : QSize(4, 2);
+}
+
+QString portLabel(int port, const QString &name)
+{
+    return QString("[%1] %2").arg(port).arg(name);
+}
+} // namespace
+
+RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, QObject *parent)
+    : QObject(parent)
+    , m_views(views)
+    , m_model(model)
+    , m_link(link)
+    , m_joinGroup(new QButtonGroup(this))
+{
+    for (int id = 0; id < 7; ++id)
+        drawJoinFace(id, JoinLayouts[id].width(), JoinLayouts[id].height());
+    for (int id = 0; id < views.joinButtons.size(); ++id)
+        m_joinGroup->addButton(views.joinButtons[id], id);
+    m_joinGroup->setExclusive(true);
+    connect(m_joinGroup, &QButtonGroup::idClicked, this, &RoutingPages::chooseJoinLayout);
+
+    for (TableWidget *table : {views.video, views.joint, views.audio, views.hdmiAudio, views.ir})
+        connect(table, &TableWidget::layoutChangedSig, this, [this, table] { refillTable(table); });
+    connect(views.list, &QListWidget::currentItemChanged, this, &RoutingPages::currentSignalChanged);
+
+    connect(views.video, &TableWidget::dropPortToItemSig, this, &RoutingPages::routeVideo);
+    connect(views.joint, &TableWidget::dropPortToItemSig, this, &RoutingPages::routeJoint);
+    for (TableWidget *table : {views.audio, views.hdmiAudio})
+        connect(table, &TableWidget::dropPortToItemSig, this,
+                [this](int input, int output) { m_link->sendSwitch(input, output, DeviceModel::Audio); });
+    connect(views.ir, &TableWidget::dropPortToItemSig, this,
+            [this](int input, int output) { m_link->sendSwitch(input, output, DeviceModel::Ir); });
+
+    connect(model, &DeviceModel::modelChanged, this, [this](int modelFlag) {
+        const QSize wall = wallOfModel(modelFlag);
+        drawJoinFace(6, wall.width(), wall.height());
+        buildOutputGrids();
+        rebuildSignalList();  // the number of inputs follows the model
+    });
+    connect(model, &DeviceModel::joinModeChanged, this, &RoutingPages::showJoinMode);
+    for (auto changed : {&DeviceModel::videoMapChanged, &DeviceModel::audioMapChanged, &DeviceModel::irMapChanged})
+        connect(model, changed, this, &RoutingPages::refillAllTables);
+    for (auto changed : {&DeviceModel::inputSignalsChanged, &DeviceModel::inputResolutionsChanged})
+        connect(model, changed, this, &RoutingPages::refreshSignalPresence);
+
+    reloadNames();
+    showJoinMode(model->record().joinMode());
+}
+
+void RoutingPages::showJoinMode(int mode)
+{
+    setJoinLayout(mode);
+    // Show the device's layout without sending a mode command back.
+    if (QAbstractButton *button = m_joinGroup->button(mode)) {
+        const QSignalBlocker blocker(m_joinGroup);
+        button->setChecked(true);
+    }
+}
+
+QSize RoutingPages::joinFace(int id) const
+{
+    return id >= 0 && id < 7 ? m_joinFaces[id] : QSize();
+}
+
+void RoutingPages::drawJoinFace(int id, int columns, int rows)
+{
+    m_joinFaces[id] = QSize(columns, rows);
+    if (QPushButton *button = m_views.joinButtons.value(id))
+        button->setIcon(TableWidget::layoutPreview(columns, rows));
+}
+
+void RoutingPages::chooseJoinLayout(int id)
+{
+    m_link->sendMode(id);
+    m_model->recordJoinMode(id);
+}
+
+void RoutingPages::setJoinLayout(int id)
+{
+    if (id < 0 || id > 6)
+        return;
+    const QSize layout = id == 6 ? wallOfModel(m_model->record().modelFlag()) : JoinLayouts[id];
+    m_views.joint->buildGrid(layout.width(), layout.height());
+}
+
+void RoutingPages::reloadNames()
+{
+    buildOutputGrids();
+    rebuildSignalList();
+}
+
+void RoutingPages::buildOutputGrids()
+{
+    const QMap<int, QString> videoNames = PortNameStore::loadPortNames(PortNameStore::VideoOutput);
+    const QMap<int, QString> audioNames = PortNameStore::loadOutAudioPortNames();
+    const QMap<int, QString> irNames = PortNameStore::loadOutInfarePortNames();
+    const struct { TableWidget *table; const char *colour; int offset; const char *label; const QMap<int, QString> *names; } grids[] = {
+        {m_views.video, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
+        {m_views.joint, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
+        {m_views.audio, AudioCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Audio %1"), &audioNames},
+        {m_views.hdmiAudio, AudioCellColor, 100, QT_TRANSLATE_NOOP("Widget", "Audio %1"), &audioNames},
+        {m_views.ir, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &irNames},
+    };
+    for (const auto &grid : grids) {
+        grid.table->setCellColor(grid.colour);
+        grid.table->setIndexOffset(grid.offset);
+        grid.table->setIgnoreInputRenames(false);
+        for (int n = 1; n <= 9; ++n) {
+            const QString stored = grid.names->value(n + grid.offset);
+            grid.table->setOutputName(n + grid.offset,
+                                      stored.isEmpty() ? QCoreApplication::translate("Widget", grid.label).arg(n) : stored);
+        }
+        if (grid.table == m_views.joint)
+            setJoinLayout(m_model->record().joinMode());
+        else
+            grid.table->buildGrid(3, 3);  // the ninth cell depends on the model
+    }
+}
+
+void RoutingPages::refillTable(TableWidget *table)
+{
+    const DeviceRecord &record = m_model->record();
+    const bool audio = table == m_views.audio || table == m_views.hdmiAudio;
+    const QMap<int, int> routes = audio ? record.audioMap() : table == m_views.ir ? record.irMap() : record.videoMap();
+    const QMap<int, QString> names = audio ? AppSettings::instance()->audioInputNames() : AppSettings::instance()->inputNames();
+    const QMap<int, bool> signalMap = record.inputSignalMap();
+    for (int r = 0; r < table->rowCount(); ++r) {
+        for (int c = 0; c < table->columnCount(); ++c) {
+            QTableWidgetItem *item = table->item(r, c);
+            auto *cell = qobject_cast<TableItemWidget *>(table->cellWidget(r, c));
+            if (!item || !cell)
+                continue;
+            const int input = routes.value(item->data(TableWidget::OutputKeyRole).toInt(), 0);
+            cell->setInputText(input > 0 ? portLabel(input, names.value(input)) : QString());
+            // A routed video input without signal is shown dimmed.
+            cell->setSignalPresent(input <= 0 || table == m_views.ir || signalMap.value(input, false));
+        }
+    }
+}
+
+void RoutingPages::refillAllTables()
+{
+    for (TableWidget *table : {m_views.video, m_views.joint, m_views.audio, m_views.hdmiAudio, m_views.ir})
+        refillTable(table);
+}
+
+void RoutingPages::routeVideo(int input, int output)
+{
+    m_link->sendSwitch(input, output, DeviceModel::Video);
+    m_model->recordSwitch(input, output, DeviceModel::Video);
+}
+
+void RoutingPages::routeJoint(int input, int output)
+{
+    m_link->sendSwitch(input, output, DeviceModel::Wall);
+    m_link->sendSwitch(input, output, DeviceModel::Audio);
+    m_model->recordSwitch(input, output, DeviceModel::Wall);
+}
+
+void RoutingPages::rebuildSignalList()
+{
+    // Ports without a stored name are shown as "Input n" / "Audio n" everywhere.
+    const int inputs = m_model->record().modelFlag() == 1 ? 9 : 8;
+    QMap<int, QString> inputNames = PortNameStore::loadPortNames(PortNameStore::VideoInput);
+    QMap<int, QString> audioNames = PortNameStore::loadPortNames(PortNameStore::AudioInput);
+    for (int port = 1; port <= inputs; ++port) {
+        if (inputNames.value(port).isEmpty())
+            inputNames.insert(port, QCoreApplication::translate("Widget", "Input %1").arg(port));
+        if (audioNames.value(port).isEmpty())
+            audioNames.insert(port, QCoreApplication::translate("Widget", "Audio %1").arg(port));
+    }
+    AppSettings::instance()->setInputNames(inputNames);
+    AppSettings::instance()->setAudioInputNames(audioNames);
+
+    ListWidget *list = m_views.list;
+    const int current = list->currentRow();
+    list->clear();
+    for (int type = 0; type < 2; ++type) {
+        const QMap<int, QString> &names = type == 0 ? inputNames : audioNames;
+        for (int port = 1; port <= inputs; ++port) {
+            auto *item = new QListWidgetItem(portLabel(port, names.value(port)), list);
+            item->setData(ListWidget::PortRole, QString::number(port));
+            item->setData(ListWidget::TypeRole, type);
+        }
+    }
+    if (current >= 0 && current < list->count())
+        list->setCurrentRow(current);
+    // Also re-fills the tables, whose input labels carry the names.
+    refreshSignalPresence();
+}
+
+void RoutingPages::refreshSignalPresence()
+{
+    // The audio page lists the audio entries, every other page the inputs.
+    m_views.list->updateStateMarks(m_views.tabs->currentIndex() == AudioPage ? 0 : 1);
+    refillAllTables();
+    currentSignalChanged();
+}
+
+void RoutingPages::currentSignalChanged()
+{
+    ListWidget *list = m_views.list;
+    QListWidgetItem *current = list->currentItem();
+    for (int i = 0; i < list->count(); ++i) {
+        QFont font = list->item(i)->font();
+        font.setBold(list->item(i) == current);
+        list->item(i)->setFont(font);
+    }
+    if (!current)
+        return;
+    const bool hasSignal = m_model->record().inputSignalMap().value(current->data(ListWidget::PortRole).toInt(), false);
+    list->setStyleSheet(QString("QListWidget::item:selected { color:%1; background:#e3efe7; }")
+                                .arg(hasSignal ? SignalColor : NoSignalColor));
+}

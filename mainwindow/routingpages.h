@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QSize>
+
+class DeviceModel;
+class ListWidget;
+class MessageDistance;
+class QButtonGroup;
+class QPushButton;
+class QTabWidget;
+class TableWidget;
+
+// The routing pages: the signal list, the output grids, the wall's layout
+// buttons and the drops that switch. They show the device model and redraw
+// on its change signals; a drop sends the switch and records it locally.
+class RoutingPages : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Views
+    {
+        ListWidget *list;
+        QTabWidget *tabs;
+        TableWidget *video;
+        TableWidget *joint;
+        TableWidget *audio;
+        TableWidget *hdmiAudio;
+        TableWidget *ir;
+        QList<QPushButton *> joinButtons;  // layouts 0..6
+    };
+
+    RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, QObject *parent = nullptr);
+
+    // Face of join-layout button `id` as last drawn: (columns, rows).
+    QSize joinFace(int id) const;
+    // A layout button was pressed: the device is told and the wall reshaped.
+    void chooseJoinLayout(int id);
+    // Re-reads the stored port names (their defaults follow the language).
+    void reloadNames();
+    // The list marks audio or video signals, as the current page shows.
+    void refreshSignalPresence();
+
+private:
+    void drawJoinFace(int id, int columns, int rows);
+    void setJoinLayout(int id);
+    void showJoinMode(int mode);
+    void buildOutputGrids();
+    void rebuildSignalList();
+    void refillTable(TableWidget *table);
+    void refillAllTables();
+    void currentSignalChanged();
+    void routeVideo(int input, int output);
+    void routeJoint(int input, int output);
+
+    Views m_views;
+    DeviceModel *m_model;
+    MessageDistance *m_link;
+    QButtonGroup *m_joinGroup;
+    QSize m_joinFaces[7];
+};
