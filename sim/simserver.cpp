@@ -157,6 +157,17 @@ bool SimServer::listen()
     return true;
 }
 
+SimServer::~SimServer()
+{
+    // The sockets belong to the listening server, which outlives the session table:
+    // close them first, so their disconnect handlers never see a destroyed table.
+    const QList<QTcpSocket *> sockets = m_sessions.keys();
+    for (QTcpSocket *socket : sockets) {
+        socket->disconnect(this);
+        delete socket;
+    }
+}
+
 void SimServer::onNewConnection()
 {
     while (QTcpSocket *socket = m_commandServer.nextPendingConnection()) {

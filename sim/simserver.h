@@ -66,6 +66,7 @@ class SimServer : public QObject
 
 public:
     explicit SimServer(const SimOptions &options, QObject *parent = nullptr);
+    ~SimServer() override;
 
     // Opens both ports; on failure errorString() says which and why.
     bool listen();
