@@ -80,12 +80,9 @@ private slots:
     void dropOutsideAnyCell_isIgnored();
     void doubleClick_routesInputZeroAndEmptiesTheInputLine();
     void inputRename_relabelsOnlyGridsThatListen();
-    void stateMarks_colourInputsBySignal();
 
     void renameDialog_confirmRules_data();
     void renameDialog_confirmRules();
-    void applyingAName_storesItAndTellsTheViews_data();
-    void applyingAName_storesItAndTellsTheViews();
 
 private:
     QTemporaryDir m_dir;
@@ -273,24 +270,6 @@ void tst_RoutingView::inputRename_relabelsOnlyGridsThatListen()
     AppSettings::instance()->setAudioInputNames({{0, "Mic"}, {3, "Mixer"}, {7, "Line"}});
 }
 
-void tst_RoutingView::stateMarks_colourInputsBySignal()
-{
-    deviceRecord()->setInputSignalMap({{3, true}, {7, false}});
-    ListWidget list;
-    fillList(list);
-    list.updateStateMarks(0);
-    QCOMPARE(list.iconSize(), QSize(8, 8));
-    QVERIFY(list.item(0)->isHidden());                      // type 0
-    QVERIFY(!list.item(1)->isHidden());
-    QCOMPARE(list.item(1)->foreground().color(), QColor("#338c56"));
-    QCOMPARE(list.item(2)->foreground().color(), QColor("#2c3e50"));   // no entry: no signal
-    QCOMPARE(list.item(3)->foreground().color(), QColor("#2c3e50"));
-    QCOMPARE(list.item(1)->sizeHint().height(), 50);
-    const QImage dot = list.item(1)->icon().pixmap(40, 40).toImage();
-    QCOMPARE(QColor(dot.pixel(20, 20)), QColor("#338c56"));
-    QCOMPARE(qAlpha(dot.pixel(1, 1)), 0);
-}
-
 void tst_RoutingView::renameDialog_confirmRules_data()
 {
     QTest::addColumn<QString>("typed");
@@ -323,61 +302,6 @@ void tst_RoutingView::renameDialog_confirmRules()
     cancelled.open();
     QTest::mouseClick(cancelled.findChild<QPushButton *>("btnCancel"), Qt::LeftButton);
     QCOMPARE(cancelled.result(), 0);
-}
-
-void tst_RoutingView::applyingAName_storesItAndTellsTheViews_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QStringList>("hubSignals");
-    QTest::newRow("video input") << int(PortListKind::VideoInputs) << QStringList{"input"};
-    QTest::newRow("audio input tells both, in order") << int(PortListKind::AudioInputs) << QStringList{"input", "audio"};
-    QTest::newRow("video output") << int(PortListKind::VideoOutputs) << QStringList{};
-    QTest::newRow("audio output") << int(PortListKind::AudioOutputs) << QStringList{};
-    QTest::newRow("ir output") << int(PortListKind::IrOutputs) << QStringList{};
-}
-
-void tst_RoutingView::applyingAName_storesItAndTellsTheViews()
-{
-    QFETCH(int, kind);
-    QFETCH(QStringList, hubSignals);
-
-    QListWidget list;
-    auto *item = new QListWidgetItem("[5] Input 5", &list);
-    item->setData(Qt::UserRole, "5");
-    list.setCurrentItem(item);
-
-    QStringList heard;
-    SigManager *hub = SigManager::instance();
-    QObject listener;
-    connect(hub, &SigManager::Sig_RenameInputSignals, &listener, [&](int port) { heard << QString("input %1").arg(port); });
-    connect(hub, &SigManager::Sig_RenameInputAudioSignals, &listener, [&](int port) { heard << QString("audio %1").arg(port); });
-
-    const QString name = QString::fromUtf8("会议室 'A'");
-    applyPortName(&list, PortListKind(kind), name);
-    QCOMPARE(item->text(), " [5] " + name);
-    QStringList expectedHeard;
-    for (const QString &s : hubSignals)
-        expectedHeard << s + " 5";
-    QCOMPARE(heard, expectedHeard);
-
-    QMap<int, QString> stored;
-    switch (PortListKind(kind)) {
-    case PortListKind::VideoInputs: stored = PortNameStore::loadPortNames(0); break;
-    case PortListKind::VideoOutputs: stored = PortNameStore::loadPortNames(1); break;
-    case PortListKind::AudioInputs: stored = PortNameStore::loadPortNames(2); break;
-    case PortListKind::AudioOutputs: stored = PortNameStore::loadOutAudioPortNames(); break;
-    case PortListKind::IrOutputs: stored = PortNameStore::loadOutInfarePortNames(); break;
-    }
-    QCOMPARE(stored.value(5), name);
-    // Only that table got the name.
-    const int tablesHoldingIt = int(PortNameStore::loadPortNames(0).contains(5)) + PortNameStore::loadPortNames(1).contains(5)
-            + PortNameStore::loadPortNames(2).contains(5) + PortNameStore::loadOutAudioPortNames().contains(5)
-            + PortNameStore::loadOutInfarePortNames().contains(5);
-    QCOMPARE(tablesHoldingIt, 1);
-    // Clean up for the next row.
-    QVERIFY(executeSql(QString("delete from %1 where Port=5").arg(
-                               QStringList{"InPortName", "OutPortName", "InAudioName", "OutAudioPortName", "OutInfarePortName"}[kind]),
-                       databasePath()));
 }
 
 QTEST_MAIN(tst_RoutingView)

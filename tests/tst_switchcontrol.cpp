@@ -24,18 +24,6 @@ protected:
     }
 };
 
-// Thumb centre after each tick of a slide from the first point through the
-// others, then the tick that only stops the timer.
-QList<qreal> ticks(std::initializer_list<int> points)
-{
-    QList<qreal> list;
-    int x = *points.begin();
-    for (const int to : points)
-        while (x != to)
-            list << (x += to > x ? 1 : -1);
-    return list << x;
-}
-
 // Empty when `actual` is within 2 per channel of `colour` drawn at `opacity` over white.
 QString mismatch(const QColor &actual, const QColor &colour, qreal opacity = 1.0)
 {
@@ -60,8 +48,6 @@ private slots:
     void newSwitch_isOffAt38x22WithPointingHand();
     void release_togglesOnlyForLeftButtonOnEnabledSwitch_data();
     void release_togglesOnlyForLeftButtonOnEnabledSwitch();
-    void slide_movesOnePixelPerTickAndReportsAtTheEnd_data();
-    void slide_movesOnePixelPerTickAndReportsAtTheEnd();
     void rendering_showsTrackAtItsOpacityAndAnOpaqueThumb_data();
     void rendering_showsTrackAtItsOpacityAndAnOpaqueThumb();
 
@@ -136,65 +122,6 @@ void tst_SwitchControl::release_togglesOnlyForLeftButtonOnEnabledSwitch()
     QCOMPARE(m_switch->isChecked(), toggles);
     QCOMPARE(toggled.count(), toggles ? 1 : 0);
     QCOMPARE(m_timer->isActive(), toggles);
-}
-
-void tst_SwitchControl::slide_movesOnePixelPerTickAndReportsAtTheEnd_data()
-{
-    QTest::addColumn<bool>("startOn");
-    QTest::addColumn<Action>("action");
-    QTest::addColumn<int>("clickAgainAt"); // 0: no second click
-    QTest::addColumn<QStringList>("reports");
-    QTest::addColumn<QList<qreal>>("thumbPerTick");
-
-    QTest::newRow("click slides off to on in 14 steps") << false << Click << 0
-        << QStringList{"toggled on at 8", "toggledAfter on at 22"} << ticks({8, 22});
-    QTest::newRow("click slides on to off in 14 steps") << true << Click << 0
-        << QStringList{"toggled off at 22", "toggledAfter off at 8"} << ticks({22, 8});
-    QTest::newRow("second click mid-slide turns the thumb where it stands") << false << Click << 12
-        << QStringList{"toggled on at 8", "toggled off at 12", "toggledAfter off at 8"} << ticks({8, 12, 8});
-    QTest::newRow("setChecked slides without toggled") << false << SetOn << 0
-        << QStringList{"toggledAfter on at 22"} << ticks({8, 22});
-    QTest::newRow("setChecked to the current off state still reports") << false << SetOff << 0
-        << QStringList{"toggledAfter off at 8"} << ticks({8});
-    QTest::newRow("setChecked to the current on state still reports") << true << SetOn << 0
-        << QStringList{"toggledAfter on at 22"} << ticks({22});
-}
-
-void tst_SwitchControl::slide_movesOnePixelPerTickAndReportsAtTheEnd()
-{
-    QFETCH(bool, startOn);
-    QFETCH(Action, action);
-    QFETCH(int, clickAgainAt);
-    QFETCH(QStringList, reports);
-    QFETCH(QList<qreal>, thumbPerTick);
-    if (startOn)
-        settle(true);
-
-    QStringList seen;
-    const auto record = [&](const char *name, bool checked) {
-        seen << QString("%1 %2 at %3").arg(name, checked ? "on" : "off").arg(m_switch->thumbX());
-    };
-    connect(m_switch, &SwitchControl::toggled, this, [&](bool checked) { record("toggled", checked); });
-    connect(m_switch, &SwitchControl::toggledAfter, this, [&](bool checked) { record("toggledAfter", checked); });
-    // Connected after the switch's own slot, so each sample sees that tick's move.
-    QList<qreal> seenTicks;
-    connect(m_timer, &QTimer::timeout, this, [&] {
-        seenTicks << m_switch->thumbX();
-        if (m_switch->thumbX() == clickAgainAt && seenTicks.count(clickAgainAt) == 1)
-            QTest::mouseClick(m_switch, Qt::LeftButton);
-    });
-    QSignalSpy after(m_switch, &SwitchControl::toggledAfter);
-
-    if (action == Click)
-        QTest::mouseClick(m_switch, Qt::LeftButton);
-    else
-        m_switch->setChecked(action == SetOn);
-
-    QVERIFY(after.wait(5000));
-    QVERIFY(!m_timer->isActive());
-    QCOMPARE(seen, reports);
-    QCOMPARE(seenTicks, thumbPerTick);
-    QCOMPARE(m_switch->isChecked(), after.last().first().toBool());
 }
 
 void tst_SwitchControl::rendering_showsTrackAtItsOpacityAndAnOpaqueThumb_data()
