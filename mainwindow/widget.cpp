@@ -11,12 +11,10 @@
 #include "mainwindow/portmenus.h"
 #include "mainwindow/routingpages.h"
 #include "mainwindow/sigmanager.h"
-#include "mainwindow/tableitemwidget.h"
 #include "store/accountstore.h"
 #include "store/portnamestore.h"
 
 #include <QApplication>
-#include <QButtonGroup>
 #include <QRegExpValidator>
 #include <QScreen>
 
