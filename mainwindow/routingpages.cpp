@@ -64,8 +64,7 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
     connect(model, &DeviceModel::modelChanged, this, [this](int modelFlag) {
         const QSize wall = wallOfModel(modelFlag);
         drawJoinFace(6, wall.width(), wall.height());
-        buildOutputGrids();
-        rebuildSignalList();  // the number of inputs follows the model
+        reloadNames();  // the number of inputs follows the model
     });
     connect(model, &DeviceModel::joinModeChanged, this, &RoutingPages::showJoinMode);
     for (auto changed : {&DeviceModel::videoMapChanged, &DeviceModel::audioMapChanged, &DeviceModel::irMapChanged})

@@ -40,6 +40,8 @@ public:
     void chooseJoinLayout(int id);
     // Re-reads the stored port names (their defaults follow the language).
     void reloadNames();
+    // Re-reads only the input names: the list and the grids' input labels.
+    void rebuildSignalList();
     // The list marks audio or video signals, as the current page shows.
     void refreshSignalPresence();
 
@@ -48,7 +50,6 @@ private:
     void setJoinLayout(int id);
     void showJoinMode(int mode);
     void buildOutputGrids();
-    void rebuildSignalList();
     void refillTable(TableWidget *table);
     void refillAllTables();
     void currentSignalChanged();

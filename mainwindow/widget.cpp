@@ -350,7 +350,7 @@ void Widget::showVersions()
 }
 
 void Widget::JoinLayoutButtonChangeSlot(int id) { m_pages->chooseJoinLayout(id); }
-void Widget::refrenshSignalSlot() { m_pages->reloadNames(); }
+void Widget::refrenshSignalSlot() { m_pages->rebuildSignalList(); }
 
 void Widget::tabChanged(int index)
 {
