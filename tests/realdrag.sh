@@ -43,17 +43,19 @@ pids+=($!)
 # A sanitized build on a busy machine takes a while to come up.
 for _ in $(seq 300); do grep -q "cmd: {param=resolution}" "$work/sim.log" && break; sleep 0.1; done
 grep -q "cmd: {param=resolution}" "$work/sim.log" || fail "the application did not connect and refresh"
-window=$(timeout 10 xdotool search --sync --onlyvisible --name "ORVEXMATRIX CONTORL" | head -n 1)
+window=$(xdotool search --name "ORVEXMATRIX CONTORL" | head -n 1)
 [ -n "$window" ] || fail "no window"
 eval "$(xdotool getwindowgeometry --shell "$window")"
+sleep 1
 
 # Offsets inside the 1280x800 window: list entry [3], and the middle cell (output 5).
 drag() {
-    # --sync returns once the pointer is there, so each step is a real move for the drag.
-    xdotool mousemove --sync $((X + 86)) $((Y + 237)) mousedown 1
+    xdotool mousemove $((X + 86)) $((Y + 237)) mousedown 1
     for step in 1 2 3 4 5 6 7 8; do
-        xdotool mousemove --sync $((X + 86 + step * 84)) $((Y + 237 + step * 23))
+        xdotool mousemove $((X + 86 + step * 84)) $((Y + 237 + step * 23))
+        sleep 0.1
     done
+    sleep 0.5
     xdotool mouseup 1
 }
 # A slow (sanitized) build may still be laying the window out: try a few times.
