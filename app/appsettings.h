@@ -31,13 +31,6 @@ public:
     void setConnectionState(int state) { m_connectionState = state; }
     int adminFlag() const { return m_adminFlag; }
 
-    QMap<int, QString> inputNames() const { return m_inputNames; }
-    void setInputNames(const QMap<int, QString> &names) { m_inputNames = names; }
-    QMap<int, QString> audioInputNames() const { return m_audioInputNames; }
-    void setAudioInputNames(const QMap<int, QString> &names) { m_audioInputNames = names; }
-    QMap<int, QString> spareNames() const { return m_spareNames; }
-    void setSpareNames(const QMap<int, QString> &names) { m_spareNames = names; }
-
     QString fileName() const { return m_settings.fileName(); }
 
 private:
@@ -46,7 +39,4 @@ private:
     int m_connectionState = Connecting;
     int m_reserved = 0;
     const int m_adminFlag = 1;
-    QMap<int, QString> m_inputNames;
-    QMap<int, QString> m_audioInputNames;
-    QMap<int, QString> m_spareNames;
 };

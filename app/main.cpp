@@ -1,6 +1,11 @@
+#include "app/appsettings.h"
 #include "app/logger.h"
+#include "device/devicemodel.h"
+#include "device/messagedistance.h"
 #include "mainwindow/widget.h"
 #include "resources/guiresources.h"
+#include "store/accountstore.h"
+#include "store/portnames.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -17,7 +22,15 @@ int main(int argc, char *argv[])
     QDir().mkpath("log");
     qInstallMessageHandler(logMessageHandler);
 
-    Widget window;
+    // The window shows the process-wide record that the log-in dialogs also use.
+    AppSettings *settings = AppSettings::instance();
+    deviceRecord()->setDeviceIp(settings->ip());
+    deviceRecord()->setDevicePort(settings->port());
+    DeviceModel model(deviceRecord());
+    AccountStore::createTables();  // before the port-name tables, as project.db files have them
+    PortNames names;
+
+    Widget window({settings, &model, MessageDistance::instance(), &names});
     QRect frame = window.frameGeometry();
     frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
     window.move(frame.topLeft());

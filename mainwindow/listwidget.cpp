@@ -1,6 +1,5 @@
 #include "mainwindow/listwidget.h"
 
-#include "device/devicerecord.h"
 
 #include <QMimeData>
 #include <QMouseEvent>
@@ -52,7 +51,7 @@ QPixmap ListWidget::circle(const QColor &colour)
     return pixmap;
 }
 
-void ListWidget::updateStateMarks(int mode)
+void ListWidget::updateStateMarks(int mode, const QMap<int, bool> &signalMap)
 {
     m_markMode = mode;
     const QIcon withSignal(circle(SignalColour));
@@ -60,7 +59,6 @@ void ListWidget::updateStateMarks(int mode)
     setIconSize(QSize(8, 8));
     // Mode 0 lists the shifted (type 1) entries, mode 1 the plain ones.
     const int hiddenType = mode == 0 ? 0 : 1;
-    const QMap<int, bool> signalMap = deviceRecord()->inputSignalMap();
     for (int i = 0; i < count(); ++i) {
         QListWidgetItem *entry = item(i);
         // An item that never had a size hint takes the row's width (an invalid hint would be dropped).

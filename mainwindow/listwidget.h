@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QListWidget>
+#include <QMap>
 #include <QPoint>
 
 // The signal list: the inputs an operator drags onto the routing grids.
@@ -16,7 +17,7 @@ public:
 
     // Marks every listed input with a coloured dot by its signal state; mode 0 lists
     // the type-1 (audio) entries and hides type-0 ones, mode 1 the other way round.
-    void updateStateMarks(int mode);
+    void updateStateMarks(int mode, const QMap<int, bool> &signalMap);
     int markMode() const { return m_markMode; }
     QPoint pressPosition() const { return m_pressPosition; }
 

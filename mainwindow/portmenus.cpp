@@ -1,22 +1,22 @@
 #include "mainwindow/portmenus.h"
 
-#include "app/appsettings.h"
 #include "device/messagedistance.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/portnaming.h"
 #include "mainwindow/renamedialog.h"
 #include "mainwindow/tablewidget.h"
-#include "store/portnamestore.h"
+#include "store/portnames.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMenu>
 
 // The menu texts keep the main window's translation context ("Widget").
-PortMenus::PortMenus(const Views &views, MessageDistance *link, QWidget *window)
+PortMenus::PortMenus(const Views &views, MessageDistance *link, PortNames *names, QWidget *window)
     : QObject(window)
     , m_views(views)
     , m_link(link)
+    , m_names(names)
     , m_window(window)
 {
     for (QWidget *view : {static_cast<QWidget *>(views.list), static_cast<QWidget *>(views.video),
@@ -114,10 +114,11 @@ void PortMenus::renameCurrentPort(QWidget *view)
         return;
     if (view == m_views.list) {
         const bool audio = m_views.list->currentItem()->data(ListWidget::TypeRole).toInt() == 1;
-        const QString name = (audio ? AppSettings::instance()->audioInputNames() : AppSettings::instance()->inputNames()).value(port);
+        const PortNames::Kind kind = audio ? PortNames::AudioInput : PortNames::VideoInput;
+        const QString name = m_names->name(kind, port);
         RenameDialog dialog(name, m_window);
-        connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, audio](const QString &newName) {
-            applyPortName(m_views.list, audio ? PortListKind::AudioInputs : PortListKind::VideoInputs, newName);
+        connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, kind](const QString &newName) {
+            applyPortName(m_views.list, m_names, kind, newName);
             emit inputRenamed();
         });
         dialog.exec();
@@ -129,11 +130,11 @@ void PortMenus::renameCurrentPort(QWidget *view)
     RenameDialog dialog(table->outputName(port), m_window);
     connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, table, port](const QString &newName) {
         if (table == m_views.audio || table == m_views.hdmiAudio) {
-            PortNameStore::saveOutAudioPortName(port, newName);
+            m_names->rename(PortNames::AudioOutput, port, newName);
         } else if (table == m_views.ir) {
-            PortNameStore::saveOutInfarePortName(port, newName);
+            m_names->rename(PortNames::IrOutput, port, newName);
         } else {
-            PortNameStore::savePortName(port, newName, PortNameStore::VideoOutput);
+            m_names->rename(PortNames::VideoOutput, port, newName);
             // Video outputs are the joined wall's outputs too.
             m_views.video->setOutputName(port, newName);
             m_views.joint->setOutputName(port, newName);

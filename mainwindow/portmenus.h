@@ -4,6 +4,7 @@
 
 class ListWidget;
 class MessageDistance;
+class PortNames;
 class QMenu;
 class QPoint;
 class QWidget;
@@ -27,7 +28,7 @@ public:
     };
 
     // `window` parents the menus and rename dialogs.
-    PortMenus(const Views &views, MessageDistance *link, QWidget *window);
+    PortMenus(const Views &views, MessageDistance *link, PortNames *names, QWidget *window);
 
     // The menu of `view`, built as it is shown, for the view's current port.
     QMenu *createMenu(QWidget *view);
@@ -46,5 +47,6 @@ private:
 
     Views m_views;
     MessageDistance *m_link;
+    PortNames *m_names;
     QWidget *m_window;
 };

@@ -1,13 +1,12 @@
 #include "mainwindow/routingpages.h"
 
-#include "app/appsettings.h"
 #include "device/devicemodel.h"
 #include "device/devicerecord.h"
 #include "device/messagedistance.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
-#include "store/portnamestore.h"
+#include "store/portnames.h"
 
 #include <QButtonGroup>
 #include <QCoreApplication>
@@ -35,11 +34,13 @@ QString portLabel(int port, const QString &name)
 }
 } // namespace
 
-RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, QObject *parent)
+RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, PortNames *names,
+                           QObject *parent)
     : QObject(parent)
     , m_views(views)
     , m_model(model)
     , m_link(link)
+    , m_names(names)
     , m_joinGroup(new QButtonGroup(this))
 {
     for (int id = 0; id < 7; ++id)
@@ -49,8 +50,10 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
     m_joinGroup->setExclusive(true);
     connect(m_joinGroup, &QButtonGroup::idClicked, this, &RoutingPages::chooseJoinLayout);
 
-    for (TableWidget *table : {views.video, views.joint, views.audio, views.hdmiAudio, views.ir})
+    for (TableWidget *table : {views.video, views.joint, views.audio, views.hdmiAudio, views.ir}) {
+        table->setPortNames(names);
         connect(table, &TableWidget::layoutChangedSig, this, [this, table] { refillTable(table); });
+    }
     connect(views.list, &QListWidget::currentItemChanged, this, &RoutingPages::currentSignalChanged);
 
     connect(views.video, &TableWidget::dropPortToItemSig, this, &RoutingPages::routeVideo);
@@ -120,9 +123,10 @@ void RoutingPages::reloadNames()
 
 void RoutingPages::buildOutputGrids()
 {
-    const QMap<int, QString> videoNames = PortNameStore::loadPortNames(PortNameStore::VideoOutput);
-    const QMap<int, QString> audioNames = PortNameStore::loadOutAudioPortNames();
-    const QMap<int, QString> irNames = PortNameStore::loadOutInfarePortNames();
+    const QMap<int, QString> videoNames = m_names->names(PortNames::VideoOutput);
+    const QMap<int, QString> audioNames = m_names->names(PortNames::AudioOutput);
+    const QMap<int, QString> irNames = m_names->names(PortNames::IrOutput);
+    const bool eightOutputs = m_model->record().modelFlag() == 0;
     const struct { TableWidget *table; const char *colour; int offset; const char *label; const QMap<int, QString> *names; } grids[] = {
         {m_views.video, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
         {m_views.joint, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
@@ -134,6 +138,7 @@ void RoutingPages::buildOutputGrids()
         grid.table->setCellColor(grid.colour);
         grid.table->setIndexOffset(grid.offset);
         grid.table->setIgnoreInputRenames(false);
+        grid.table->setEightOutputs(eightOutputs);
         for (int n = 1; n <= 9; ++n) {
             const QString stored = grid.names->value(n + grid.offset);
             grid.table->setOutputName(n + grid.offset,
@@ -151,7 +156,7 @@ void RoutingPages::refillTable(TableWidget *table)
     const DeviceRecord &record = m_model->record();
     const bool audio = table == m_views.audio || table == m_views.hdmiAudio;
     const QMap<int, int> routes = audio ? record.audioMap() : table == m_views.ir ? record.irMap() : record.videoMap();
-    const QMap<int, QString> names = audio ? AppSettings::instance()->audioInputNames() : AppSettings::instance()->inputNames();
+    const QMap<int, QString> names = m_names->names(audio ? PortNames::AudioInput : PortNames::VideoInput);
     const QMap<int, bool> signalMap = record.inputSignalMap();
     for (int r = 0; r < table->rowCount(); ++r) {
         for (int c = 0; c < table->columnCount(); ++c) {
@@ -190,16 +195,9 @@ void RoutingPages::rebuildSignalList()
 {
     // Ports without a stored name are shown as "Input n" / "Audio n" everywhere.
     const int inputs = m_model->record().modelFlag() == 1 ? 9 : 8;
-    QMap<int, QString> inputNames = PortNameStore::loadPortNames(PortNameStore::VideoInput);
-    QMap<int, QString> audioNames = PortNameStore::loadPortNames(PortNameStore::AudioInput);
-    for (int port = 1; port <= inputs; ++port) {
-        if (inputNames.value(port).isEmpty())
-            inputNames.insert(port, QCoreApplication::translate("Widget", "Input %1").arg(port));
-        if (audioNames.value(port).isEmpty())
-            audioNames.insert(port, QCoreApplication::translate("Widget", "Audio %1").arg(port));
-    }
-    AppSettings::instance()->setInputNames(inputNames);
-    AppSettings::instance()->setAudioInputNames(audioNames);
+    m_names->loadInputs(inputs);
+    const QMap<int, QString> inputNames = m_names->names(PortNames::VideoInput);
+    const QMap<int, QString> audioNames = m_names->names(PortNames::AudioInput);
 
     ListWidget *list = m_views.list;
     const int current = list->currentRow();
@@ -221,7 +219,7 @@ void RoutingPages::rebuildSignalList()
 void RoutingPages::refreshSignalPresence()
 {
     // The audio page lists the audio entries, every other page the inputs.
-    m_views.list->updateStateMarks(m_views.tabs->currentIndex() == AudioPage ? 0 : 1);
+    m_views.list->updateStateMarks(m_views.tabs->currentIndex() == AudioPage ? 0 : 1, m_model->record().inputSignalMap());
     refillAllTables();
     currentSignalChanged();
 }

@@ -7,6 +7,7 @@
 class DeviceModel;
 class ListWidget;
 class MessageDistance;
+class PortNames;
 class QButtonGroup;
 class QPushButton;
 class QTabWidget;
@@ -32,7 +33,8 @@ public:
         QList<QPushButton *> joinButtons;  // layouts 0..6
     };
 
-    RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, QObject *parent = nullptr);
+    RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, PortNames *names,
+                 QObject *parent = nullptr);
 
     // Face of join-layout button `id` as last drawn: (columns, rows).
     QSize joinFace(int id) const;
@@ -59,6 +61,7 @@ private:
     Views m_views;
     DeviceModel *m_model;
     MessageDistance *m_link;
+    PortNames *m_names;
     QButtonGroup *m_joinGroup;
     QSize m_joinFaces[7];
 };

@@ -1,9 +1,8 @@
 #include "mainwindow/tablewidget.h"
 
-#include "app/appsettings.h"
-#include "device/devicerecord.h"
 #include "mainwindow/sigmanager.h"
 #include "mainwindow/tableitemwidget.h"
+#include "store/portnames.h"
 
 #include <QDropEvent>
 #include <QHeaderView>
@@ -16,17 +15,6 @@ const char SelectedCellColor[] = "#2b7648";
 QString inputLabel(int port, const QString &name)
 {
     return QString("[%1] %2").arg(port).arg(name);
-}
-
-// The two input-name look-ups by port number; a port without entry has an empty name.
-QString firstLookup(int port)
-{
-    return AppSettings::instance()->inputNames().value(port);
-}
-
-QString secondLookup(int port)
-{
-    return AppSettings::instance()->audioInputNames().value(port);
 }
 } // namespace
 
@@ -54,11 +42,9 @@ void TableWidget::buildGrid(int columns, int rows)
     clear();
     setColumnCount(columns);
     setRowCount(rows);
-    const bool eightOutputs = deviceRecord()->modelFlag() == 0;
     for (int r = 0; r < rows; ++r) {
         for (int c = 0; c < columns; ++c) {
-            // The eight-output model has no ninth output: its cell stays empty.
-            if (columns * r + c == 8 && eightOutputs)
+            if (columns * r + c == 8 && m_eightOutputs)
                 continue;
             auto *item = new QTableWidgetItem(QString());
             item->setTextAlignment(Qt::AlignCenter);
@@ -154,8 +140,8 @@ void TableWidget::dropEvent(QDropEvent *event)
     // Label and emitted number fold at different thresholds (100 against 101);
     // kept as operators know it: a payload of exactly 100 shows as input 0.
     if (TableItemWidget *cell = widgetFor(target)) {
-        cell->setInputText(payload <= 99 ? inputLabel(payload, firstLookup(payload))
-                                         : inputLabel(payload - 100, secondLookup(payload - 100)));
+        cell->setInputText(payload <= 99 ? inputLabel(payload, inputName(payload))
+                                         : inputLabel(payload - 100, audioInputName(payload - 100)));
     }
     if (m_foldAudioOffset) {
         emit dropPortToItemSig(payload < 101 ? payload : payload - 100, output);
@@ -192,6 +178,17 @@ void TableWidget::selectionChangedSlot()
         current->setStyleSheet(normal.arg(SelectedCellColor));
 }
 
+// A port without a name has an empty one.
+QString TableWidget::inputName(int port) const
+{
+    return m_names ? m_names->name(PortNames::VideoInput, port) : QString();
+}
+
+QString TableWidget::audioInputName(int port) const
+{
+    return m_names ? m_names->name(PortNames::AudioInput, port) : QString();
+}
+
 void TableWidget::relabelInput(int input, const QString &name)
 {
     if (m_ignoreInputRenames)
@@ -209,12 +206,12 @@ void TableWidget::relabelInput(int input, const QString &name)
 
 void TableWidget::renameFromFirstLookupSlot(int input)
 {
-    relabelInput(input, firstLookup(input));
+    relabelInput(input, inputName(input));
 }
 
 void TableWidget::renameFromSecondLookupSlot(int input)
 {
-    relabelInput(input, secondLookup(input));
+    relabelInput(input, audioInputName(input));
 }
 
 QPixmap TableWidget::layoutPreview(int columns, int rows, const QSize &size)

@@ -4,6 +4,7 @@
 #include <QPixmap>
 #include <QTableWidget>
 
+class PortNames;
 class TableItemWidget;
 
 // A routing grid: one cell per output, each keyed by its output number. Inputs
@@ -29,6 +30,11 @@ public:
     void setFoldAudioOffset(bool fold) { m_foldAudioOffset = fold; }
     bool foldAudioOffset() const { return m_foldAudioOffset; }
 
+    // Where input labels get their names; without it they show the number only.
+    void setPortNames(const PortNames *names) { m_names = names; }
+
+    // The eight-output model has no ninth output: that cell stays empty.
+    void setEightOutputs(bool eight) { m_eightOutputs = eight; }
     void buildGrid(int columns, int rows);
     void setOutputName(int key, const QString &name);
     QString outputName(int key);
@@ -59,7 +65,10 @@ private:
     void refreshOutputLines();
     void relabelInput(int input, const QString &name);
     TableItemWidget *widgetFor(const QTableWidgetItem *item) const;
+    QString inputName(int port) const;
+    QString audioInputName(int port) const;
 
+    const PortNames *m_names = nullptr;
     QString m_cellColor;
     int m_outputFontSize = 12;
     QMap<int, QString> m_outputNames;
@@ -67,4 +76,5 @@ private:
     int m_inputFontSize = 18;
     bool m_ignoreInputRenames = true;
     bool m_foldAudioOffset = true;
+    bool m_eightOutputs = false;
 };

@@ -3,19 +3,17 @@
 
 #include "app/appsettings.h"
 #include "device/devicemodel.h"
-#include "device/devicerecord.h"
 #include "device/messagedistance.h"
 #include "dialogs/msgdlg.h"
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
 #include "mainwindow/portmenus.h"
 #include "mainwindow/routingpages.h"
+#include "mainwindow/settingspage.h"
 #include "mainwindow/sigmanager.h"
 #include "store/accountstore.h"
-#include "store/portnamestore.h"
 
 #include <QApplication>
-#include <QRegExpValidator>
 #include <QScreen>
 
 namespace {
@@ -35,33 +33,24 @@ QString maxButtonStyle(const char *image)
 }
 } // namespace
 
-Widget::Widget(QWidget *parent)
+Widget::Widget(const WindowContext &context, QWidget *parent)
     : BaseWidget(parent)
     , ui(new Ui::Widget)
+    , m_settings(context.settings)
+    , m_model(context.model)
+    , m_link(context.link)
 {
     ui->setupUi(this);
     loadStyleSheet(this, ":/styles/main.qss");
     applyShadow(ui->frame);
     setDragArea(ui->titleWidget);
     ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
-
-    const QRegExp ipPattern("((25[0-5]|2[0-4][0-9]|1[0-9][0-9]|[1-9][0-9]|[0-9])[\\.]){3}"
-                            "(25[0-5]|2[0-4][0-9]|1[0-9][0-9]|[1-9][0-9]|[0-9])");
-    auto *ipValidator = new QRegExpValidator(ipPattern, this);
-    ui->ipEdit->setValidator(ipValidator);
-    ui->gatewayEdit->setValidator(ipValidator);
-    ui->subnetEdit->setValidator(ipValidator);
-    ui->macEdit->setValidator(new QRegExpValidator(QRegExp("^([0-9a-fA-F]{2}(:|-)){5}[0-9a-fA-F]{2}$"), this));
-
     setWindowIcon(QIcon(":/Images/applogo.png"));
-    ui->buzzerSwitch->setCheckedColor(QColor("#338c56"));
-    ui->buzzerSwitch->setBackgroundColor(QColor("#9aa8a0"));
     setWindowTitle("ORVEXMATRIX CONTORL");
 
     applyStartLanguage();
 
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &Widget::tabChanged);
-
     connect(ui->btn_RestoreOrMax, &QPushButton::clicked, this, &Widget::on_btn_RestoreOrMax_clicked);
     connect(ui->usermanageBtn, &QPushButton::clicked, this, &Widget::on_usermanageBtn_clicked);
     connect(ui->btnClose, &QPushButton::clicked, this, &QWidget::close);
@@ -70,27 +59,23 @@ Widget::Widget(QWidget *parent)
     connect(ui->refrenshBtn, &QPushButton::clicked, this, &Widget::on_refrenshBtn_clicked);
     ui->tabWidget->setAttribute(Qt::WA_StyledBackground);
 
-    // The window shows the process-wide record that the login dialogs also use.
-    m_model = new DeviceModel(deviceRecord(), this);
     connect(m_model, &DeviceModel::volumesChanged, SigManager::instance(), &SigManager::Sig_UpdateVolumes);
-    AppSettings *settings = AppSettings::instance();
-    deviceRecord()->setDeviceIp(settings->ip());
-    deviceRecord()->setDevicePort(settings->port());
     AccountStore::createTables();
-    PortNameStore::createPortNameTables();
 
     m_pages = new RoutingPages({ui->listWidget, ui->tabWidget, ui->videoTable, ui->jointTable, ui->audioTable,
                                 ui->hdmiAudioTable, ui->irTable,
                                 {ui->joinBtn0, ui->joinBtn1, ui->joinBtn2, ui->joinBtn3, ui->joinBtn4, ui->joinBtn5, ui->joinBtn6}},
-                               m_model, MessageDistance::instance(), this);
-    connect(m_model, &DeviceModel::versionsChanged, this, &Widget::showVersions);
-    connect(m_model, &DeviceModel::networkChanged, this, &Widget::showNetwork);
+                               m_model, m_link, context.names, this);
+    m_settingsPage = new SettingsPage({ui->ipEdit, ui->gatewayEdit, ui->subnetEdit, ui->macEdit, ui->confirmBtn,
+                                       ui->factoryResetBtn, ui->buzzerSwitch, ui->noLoginCheckBox,
+                                       ui->fpgaVersionLabel, ui->mcuVersionLabel, ui->softwareVersionLabel},
+                                      m_model, m_link, SoftwareVersion, this);
 
     ui->languageComboBox->addItem(QString::fromUtf8("简体中文"));
     ui->languageComboBox->addItem("English");
-    ui->languageComboBox->setCurrentIndex(settings->language());
+    ui->languageComboBox->setCurrentIndex(m_settings->language());
 
-    MessageDistance *link = MessageDistance::instance();
+    MessageDistance *link = m_link;
     connect(link, &MessageDistance::receiveVersionSig, this, &Widget::receiveVersionSlot);
     connect(link, &MessageDistance::receiveCheckStateSig, this, &Widget::receiveCheckStateSlot);
     connect(link, &MessageDistance::receiveInputChannelStateSig, this, &Widget::receiveInputChannelStateSlot);
@@ -106,15 +91,6 @@ Widget::Widget(QWidget *parent)
     connect(link, &MessageDistance::connectSuccessFulSig, this, &Widget::receiveNetWorkSuccessfulSlot);
     connect(link, &MessageDistance::connectFailureSig, this, &Widget::receivenetWorkFailSlot);
     connect(link, &MessageDistance::connectingSig, this, &Widget::receiveConnectingSlot);
-
-    connect(ui->confirmBtn, &QPushButton::clicked, this, [this] {
-        MessageDistance::instance()->sendNetworkSetting(ui->ipEdit->text(), ui->gatewayEdit->text(),
-                                                        ui->subnetEdit->text(), ui->macEdit->text());
-        MessageDistance::instance()->sendNetInfoQuery();
-    });
-    connect(ui->factoryResetBtn, &QPushButton::clicked, MessageDistance::instance(), &MessageDistance::sendFactoryDefault);
-    connect(ui->buzzerSwitch, &SwitchControl::toggled, MessageDistance::instance(), &MessageDistance::sendBell);
-    connect(ui->noLoginCheckBox, &QCheckBox::toggled, this, [](bool checked) { AccountStore::setLoginModel(checked ? 1 : 0); });
     connect(ui->reloginBtn, &QPushButton::clicked, this, &Widget::relogin);
     link->setMessagePresenter([](const QString &text, const QString &title) { MsgDlg::showMessage(text, title); });
 
@@ -123,14 +99,10 @@ Widget::Widget(QWidget *parent)
     runLoginDecision();
 
     receiveConnectingSlot();
-    {
-        const QSignalBlocker blocker(ui->noLoginCheckBox);
-        ui->noLoginCheckBox->setChecked(AccountStore::loginModel() != 0);
-    }
     connect(ui->languageComboBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(on_languageComboBox_currentIndexChanged(int)));
     m_portMenus = new PortMenus({ui->listWidget, ui->videoTable, ui->jointTable, ui->audioTable, ui->hdmiAudioTable, ui->irTable},
-                                MessageDistance::instance(), this);
+                                m_link, context.names, this);
     connect(m_portMenus, &PortMenus::inputRenamed, this, &Widget::refrenshSignalSlot);
 
     ui->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"
@@ -138,7 +110,7 @@ Widget::Widget(QWidget *parent)
     resize(1280, 800);
     show();
 
-    if (settings->adminFlag() == 0) {
+    if (m_settings->adminFlag() == 0) {
         ui->userGroup->hide();
         ui->adminLabel->hide();
     }
@@ -169,12 +141,11 @@ QSize Widget::joinFace(int id) const
 
 void Widget::applyStartLanguage()
 {
-    AppSettings *settings = AppSettings::instance();
-    int language = settings->language();
+    int language = m_settings->language();
     if (language == -1) {
         // Never chosen: follow the system, and remember the choice.
         language = QLocale::system().language() == QLocale::Chinese ? 0 : 1;
-        settings->setLanguage(language);
+        m_settings->setLanguage(language);
     }
     installLanguage(language);
 }
@@ -189,10 +160,10 @@ void Widget::installLanguage(int index)
 
 void Widget::on_languageComboBox_currentIndexChanged(int index)
 {
-    AppSettings::instance()->setLanguage(index);
+    m_settings->setLanguage(index);
     installLanguage(index);
     // Re-translation puts the form's texts back; the versions are the device's.
-    showVersions();
+    m_settingsPage->showVersions();
     // Default port names follow the language.
     m_pages->reloadNames();
 }
@@ -200,7 +171,7 @@ void Widget::on_languageComboBox_currentIndexChanged(int index)
 void Widget::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange && ui) {
-        switch (AppSettings::instance()->connectionState()) {
+        switch (m_settings->connectionState()) {
         case AppSettings::Disconnected: ui->labelStatus->setText(formatStatus(StatusDisconnected)); break;
         case AppSettings::Connected: ui->labelStatus->setText(formatStatus(StatusConnectedEven)); break;
         default: ui->labelStatus->setText(formatStatus(StatusConnecting)); break;
@@ -213,16 +184,15 @@ void Widget::changeEvent(QEvent *event)
 
 void Widget::runLoginDecision()
 {
-    AppSettings *settings = AppSettings::instance();
     if (AccountStore::loginModel() != 0) {
-        settings->setCurrentUser(settings->username());
-        MessageDistance::instance()->connectToDevice(settings->ip(), quint16(settings->port()));
+        m_settings->setCurrentUser(m_settings->username());
+        m_link->connectToDevice(m_settings->ip(), quint16(m_settings->port()));
         return;
     }
     LoginDialog login;
     if (login.exec() != 1) {
         // Refusing the login at start ends the program before any window shows.
-        MessageDistance::instance()->stopWorker();
+        m_link->stopWorker();
         ::exit(0);
     }
 }
@@ -247,7 +217,7 @@ void Widget::on_usermanageBtn_clicked()
 
 void Widget::on_CaptionBtn_clicked()
 {
-    MessageDistance::instance()->sendSubtitleQuery();
+    m_link->sendSubtitleQuery();
 }
 
 // ---- title bar and status line ---------------------------------------------------
@@ -273,8 +243,7 @@ void Widget::on_btn_RestoreOrMax_clicked()
 
 QString Widget::formatStatus(const char *source) const
 {
-    const AppSettings *settings = AppSettings::instance();
-    return tr(source).arg(settings->ip()).arg(settings->port()).arg(settings->currentUser());
+    return tr(source).arg(m_settings->ip()).arg(m_settings->port()).arg(m_settings->currentUser());
 }
 
 void Widget::setStatus(const QString &text, int state)
@@ -286,13 +255,13 @@ void Widget::setStatus(const QString &text, int state)
 
 void Widget::on_refrenshBtn_clicked()
 {
-    DeviceModel::requestState(MessageDistance::instance());
+    DeviceModel::requestState(m_link);
 }
 
 void Widget::receiveNetWorkSuccessfulSlot()
 {
     on_refrenshBtn_clicked();
-    AppSettings::instance()->setConnectionState(AppSettings::Connected);
+    m_settings->setConnectionState(AppSettings::Connected);
     setStatus(formatStatus(StatusConnected), AppSettings::Connected);
 }
 
@@ -303,7 +272,7 @@ void Widget::receivenetWorkFailSlot()
 
 void Widget::receiveConnectingSlot()
 {
-    AppSettings::instance()->setConnectionState(AppSettings::Connecting);
+    m_settings->setConnectionState(AppSettings::Connecting);
     setStatus(formatStatus(StatusConnecting), AppSettings::Connecting);
 }
 
@@ -330,23 +299,7 @@ void Widget::receiveNetWorkImforamtionSlot(QJsonObject obj)
 {
     m_model->apply(ReplySignal::NetWork, obj);
     // Every answer puts the device's values back, also over unchanged ones the user edited.
-    showNetwork();
-}
-
-void Widget::showNetwork()
-{
-    const DeviceRecord &record = m_model->record();
-    ui->ipEdit->setText(record.netIp());
-    ui->gatewayEdit->setText(record.netGateway());
-    ui->subnetEdit->setText(record.netSubnet());
-    ui->macEdit->setText(record.netMac());
-}
-
-void Widget::showVersions()
-{
-    ui->fpgaVersionLabel->setText(m_model->record().fpgaVersion());
-    ui->mcuVersionLabel->setText(m_model->record().mcuVersion());
-    ui->softwareVersionLabel->setText(SoftwareVersion);
+    m_settingsPage->showNetwork();
 }
 
 void Widget::JoinLayoutButtonChangeSlot(int id) { m_pages->chooseJoinLayout(id); }
@@ -357,5 +310,5 @@ void Widget::tabChanged(int index)
     m_pages->refreshSignalPresence();
     const bool settingsPage = index == 4 || index == 5;
     ui->tabWidget->setStyleSheet(QString("QTabWidget::tab-bar { left:%1; }").arg(settingsPage ? "200px" : "0"));
-    ui->adminLabel->setVisible(settingsPage && AppSettings::instance()->adminFlag() != 0);
+    ui->adminLabel->setVisible(settingsPage && m_settings->adminFlag() != 0);
 }

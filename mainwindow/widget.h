@@ -5,10 +5,23 @@
 #include <QJsonObject>
 #include <QTranslator>
 
+class AppSettings;
 class DeviceModel;
+class MessageDistance;
 class PortMenus;
+class PortNames;
 class RoutingPages;
+class SettingsPage;
 class QMenu;
+
+// What the main window works on, handed in by whoever builds it.
+struct WindowContext
+{
+    AppSettings *settings;
+    DeviceModel *model;
+    MessageDistance *link;
+    PortNames *names;
+};
 
 namespace Ui {
 class Widget;
@@ -23,7 +36,7 @@ class Widget : public BaseWidget
 public:
     static constexpr const char *SoftwareVersion = "V1.0.2(20231215)";
 
-    explicit Widget(QWidget *parent = nullptr);
+    explicit Widget(const WindowContext &context, QWidget *parent = nullptr);
     ~Widget() override;
 
     QString statusText() const;
@@ -69,14 +82,15 @@ private:
     void setStatus(const QString &text, int state);
     QString formatStatus(const char *source) const;
 
-    void showVersions();
-    void showNetwork();
     void tabChanged(int index);
 
     Ui::Widget *ui;
-    DeviceModel *m_model = nullptr;
+    AppSettings *m_settings;
+    DeviceModel *m_model;
+    MessageDistance *m_link;
     RoutingPages *m_pages = nullptr;
     PortMenus *m_portMenus = nullptr;
+    SettingsPage *m_settingsPage = nullptr;
     QTranslator m_translator;
     bool m_maximized = false;
     QRect m_normalGeometry;

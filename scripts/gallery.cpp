@@ -1,7 +1,6 @@
 // Renders the routing widgets in their typical states to PNG files, for a look
 // without the whole application: orvex-gallery OUTDIR
-#include "app/appsettings.h"
-#include "device/devicerecord.h"
+#include "store/portnames.h"
 #include "dialogs/switchcontrol.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/renamedialog.h"
@@ -51,9 +50,10 @@ int main(int argc, char *argv[])
     QDir().mkpath(out);
 
     const QMap<int, QString> names{{1, "Camera"}, {2, "Lectern PC"}, {5, "Media player"}};
-    AppSettings::instance()->setInputNames(names);
-    AppSettings::instance()->setAudioInputNames(names);
-    deviceRecord()->setInputSignalMap({{1, true}, {2, true}, {3, false}, {4, false}, {5, true}});
+    const QMap<int, bool> signalMap{{1, true}, {2, true}, {3, false}, {4, false}, {5, true}};
+    // Unnamed inputs in the grid show their default labels.
+    PortNames portNames;
+    portNames.loadInputs(5);
 
     QWidget routing;
     routing.setObjectName("gallery");
@@ -62,13 +62,14 @@ int main(int argc, char *argv[])
     auto *list = new ListWidget;
     list->setFixedWidth(200);
     for (int port = 1; port <= 5; ++port) {
-        const QString name = AppSettings::instance()->inputNames().value(port);
+        const QString name = names.value(port);
         auto *item = new QListWidgetItem(name.isEmpty() ? QString("[%1] Input %1").arg(port)
                                                         : QString("[%1] %2").arg(port).arg(name), list);
         item->setData(ListWidget::PortRole, QString::number(port));
         item->setData(ListWidget::TypeRole, 1);
     }
     auto *table = new TableWidget;
+    table->setPortNames(&portNames);
     table->setFoldAudioOffset(true);
     table->setOutputName(1, "Projector");
     table->setOutputName(5, "Stage left");
@@ -77,7 +78,7 @@ int main(int argc, char *argv[])
     routing.resize(900, 480);
     routing.show();
     table->buildGrid(3, 3);
-    list->updateStateMarks(0);
+    list->updateStateMarks(0, signalMap);
     QCoreApplication::processEvents();
     routeByDrop(*list, 0, *table, 1);
     routeByDrop(*list, 1, *table, 5);

@@ -1,14 +1,10 @@
-#include "app/appsettings.h"
-#include "device/devicerecord.h"
 #include "mainwindow/listwidget.h"
-#include "mainwindow/portnaming.h"
 #include "mainwindow/renamedialog.h"
-#include "mainwindow/sigmanager.h"
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
 #include "resources/guiresources.h"
 #include "store/database.h"
-#include "store/portnamestore.h"
+#include "store/portnames.h"
 
 #include <QLineEdit>
 #include <QMimeData>
@@ -69,51 +65,59 @@ class tst_RoutingView : public QObject
 
 private slots:
     void initTestCase();
-    void init();
 
     void grid_numbersOutputsRowByRow_data();
     void grid_numbersOutputsRowByRow();
-    void eightOutputModel_leavesLinearCellEightEmpty_data();
-    void eightOutputModel_leavesLinearCellEightEmpty();
     void drop_emitsInputAndOutputAndLabelsTheCell_data();
     void drop_emitsInputAndOutputAndLabelsTheCell();
     void dropOutsideAnyCell_isIgnored();
     void doubleClick_routesInputZeroAndEmptiesTheInputLine();
-    void inputRename_relabelsOnlyGridsThatListen();
 
     void renameDialog_confirmRules_data();
     void renameDialog_confirmRules();
 
 private:
+    // A fresh table that shows the names below.
+    void setUpTable(TableWidget &table);
+
     QTemporaryDir m_dir;
+    std::unique_ptr<PortNames> m_names;
 };
 
 void tst_RoutingView::initTestCase()
 {
     initGuiResources();
     setDatabasePath(m_dir.filePath("project.db"));
-    PortNameStore::createPortNameTables();
-    AppSettings::instance()->setInputNames({{3, "Camera"}, {7, "PC"}});
-    AppSettings::instance()->setAudioInputNames({{0, "Mic"}, {3, "Mixer"}, {7, "Line"}});
+    m_names = std::make_unique<PortNames>();
+    m_names->rename(PortNames::VideoInput, 3, "Camera");
+    m_names->rename(PortNames::VideoInput, 7, "PC");
+    m_names->rename(PortNames::AudioInput, 0, "Mic");
+    m_names->rename(PortNames::AudioInput, 3, "Mixer");
+    m_names->rename(PortNames::AudioInput, 7, "Line");
 }
 
-void tst_RoutingView::init()
+void tst_RoutingView::setUpTable(TableWidget &table)
 {
-    deviceRecord()->setModelFlag(1);
+    table.setPortNames(m_names.get());
+    table.resize(400, 300);
 }
 
 void tst_RoutingView::grid_numbersOutputsRowByRow_data()
 {
     QTest::addColumn<int>("offset");
-    QTest::newRow("offset 0") << 0;
-    QTest::newRow("offset 100") << 100;
+    QTest::addColumn<bool>("eightOutputs");
+    QTest::newRow("offset 0") << 0 << false;
+    QTest::newRow("offset 100") << 100 << false;
+    QTest::newRow("eight outputs leave linear cell 8 empty") << 0 << true;
 }
 
 void tst_RoutingView::grid_numbersOutputsRowByRow()
 {
     QFETCH(int, offset);
+    QFETCH(bool, eightOutputs);
     TableWidget table;
     table.setIndexOffset(offset);
+    table.setEightOutputs(eightOutputs);
     table.setOutputName(offset + 2, "Projector");
     QSignalSpy layoutChanged(&table, &TableWidget::layoutChangedSig);
     table.buildGrid(4, 3);
@@ -121,45 +125,13 @@ void tst_RoutingView::grid_numbersOutputsRowByRow()
 
     QStringList expected;
     for (int n = 1; n <= 12; ++n)
-        expected << QString("[%1] %2").arg(n).arg(n == 2 ? "Projector" : "");
+        expected << (n == 9 && eightOutputs ? QString("-") : QString("[%1] %2").arg(n).arg(n == 2 ? "Projector" : ""));
     QCOMPARE(outputLines(table), expected);
     QCOMPARE(table.item(2, 3)->data(TableWidget::OutputKeyRole).toInt(), 12 + offset);
-    QCOMPARE(table.item(1, 0)->textAlignment(), int(Qt::AlignCenter));
+    QCOMPARE(!table.item(2, 0), eightOutputs);
 
     table.setOutputName(offset + 12, "Wall");
     QCOMPARE(outputLines(table).last(), QString("[12] Wall"));
-    QCOMPARE(table.outputName(offset + 5), QString());
-}
-
-void tst_RoutingView::eightOutputModel_leavesLinearCellEightEmpty_data()
-{
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<int>("emptyRow");
-    QTest::addColumn<int>("emptyColumn");
-    QTest::newRow("3 columns") << 3 << 3 << 2 << 2;
-    QTest::newRow("4 columns") << 4 << 3 << 2 << 0;
-}
-
-void tst_RoutingView::eightOutputModel_leavesLinearCellEightEmpty()
-{
-    QFETCH(int, columns);
-    QFETCH(int, rows);
-    QFETCH(int, emptyRow);
-    QFETCH(int, emptyColumn);
-
-    TableWidget table;
-    table.buildGrid(columns, rows);
-    QVERIFY(table.cellWidget(emptyRow, emptyColumn));
-
-    deviceRecord()->setModelFlag(0);
-    table.buildGrid(columns, rows);
-    QVERIFY(!table.cellWidget(emptyRow, emptyColumn));
-    QVERIFY(!table.item(emptyRow, emptyColumn));
-    int cells = 0;
-    for (const QString &line : outputLines(table))
-        cells += line != "-";
-    QCOMPARE(cells, columns * rows - 1);
 }
 
 void tst_RoutingView::drop_emitsInputAndOutputAndLabelsTheCell_data()
@@ -188,9 +160,9 @@ void tst_RoutingView::drop_emitsInputAndOutputAndLabelsTheCell()
     fillList(list);
     list.setCurrentRow(listRow);
     TableWidget table;
+    setUpTable(table);
     table.setIndexOffset(100);
     table.setFoldAudioOffset(fold);
-    table.resize(400, 300);
     table.buildGrid(3, 3);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
@@ -206,12 +178,12 @@ void tst_RoutingView::drop_emitsInputAndOutputAndLabelsTheCell()
 
 void tst_RoutingView::dropOutsideAnyCell_isIgnored()
 {
-    deviceRecord()->setModelFlag(0);
     ListWidget list;
     fillList(list);
     list.setCurrentRow(0);
     TableWidget table;
-    table.resize(400, 300);
+    setUpTable(table);
+    table.setEightOutputs(true);
     table.buildGrid(3, 3);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
@@ -228,7 +200,7 @@ void tst_RoutingView::doubleClick_routesInputZeroAndEmptiesTheInputLine()
     fillList(list);
     list.setCurrentRow(0);
     TableWidget table;
-    table.resize(400, 300);
+    setUpTable(table);
     table.buildGrid(2, 2);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
@@ -240,34 +212,6 @@ void tst_RoutingView::doubleClick_routesInputZeroAndEmptiesTheInputLine()
     QCOMPARE(dropped.count(), 1);
     QCOMPARE(dropped.at(0), (QVariantList{0, 2}));
     QCOMPARE(table.widgetForKey(2)->inputText(), QString());
-}
-
-void tst_RoutingView::inputRename_relabelsOnlyGridsThatListen()
-{
-    ListWidget list;
-    fillList(list);
-    list.setCurrentRow(0);
-    TableWidget listening;
-    listening.setIgnoreInputRenames(false);
-    TableWidget deaf;
-    for (TableWidget *table : {&listening, &deaf}) {
-        table->resize(300, 200);
-        table->buildGrid(2, 1);
-        table->show();
-        QVERIFY(QTest::qWaitForWindowExposed(table));
-        QVERIFY(dropOn(list, *table, centreOf(*table, 0, 0)));
-    }
-    AppSettings::instance()->setAudioInputNames({{0, "Mic"}, {3, "Stage"}, {7, "Line"}});
-    emit SigManager::instance()->Sig_RenameInputSignals(3);
-    QCOMPARE(listening.widgetForKey(1)->inputText(), QString("[3] Stage"));
-    QCOMPARE(deaf.widgetForKey(1)->inputText(), QString("[3] Camera"));
-    QCOMPARE(listening.widgetForKey(2)->inputText(), QString());
-
-    AppSettings::instance()->setInputNames({{3, "Lectern"}, {7, "PC"}});
-    emit SigManager::instance()->Sig_RenameInputAudioSignals(3);
-    QCOMPARE(listening.widgetForKey(1)->inputText(), QString("[3] Lectern"));
-    AppSettings::instance()->setInputNames({{3, "Camera"}, {7, "PC"}});
-    AppSettings::instance()->setAudioInputNames({{0, "Mic"}, {3, "Mixer"}, {7, "Line"}});
 }
 
 void tst_RoutingView::renameDialog_confirmRules_data()

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+// The port names the views show: the operator's names from the port-name
+// tables, with a default label for every unnamed input. One object per window,
+// handed to the views that show or rename ports.
+class PortNames : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Kind { VideoInput, VideoOutput, AudioInput, AudioOutput, IrOutput };
+
+    // Creates the tables when project.db lacks them.
+    explicit PortNames(QObject *parent = nullptr);
+
+    // Re-reads the input names of ports 1..inputs; defaults ("Input n", "Audio n")
+    // are translated at this moment, so they follow the language.
+    void loadInputs(int inputs);
+
+    // Inputs as last loaded (with defaults); outputs as stored (no defaults).
+    QMap<int, QString> names(Kind kind) const;
+    QString name(Kind kind, int port) const { return names(kind).value(port); }
+
+    // Stores the name; an input's name is shown at once.
+    void rename(Kind kind, int port, const QString &name);
+
+private:
+    QMap<int, QString> m_inputs;
+    QMap<int, QString> m_audioInputs;
+};
