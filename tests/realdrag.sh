@@ -43,20 +43,22 @@ pids+=($!)
 # A sanitized build on a busy machine takes a while to come up.
 for _ in $(seq 300); do grep -q "cmd: {param=resolution}" "$work/sim.log" && break; sleep 0.1; done
 grep -q "cmd: {param=resolution}" "$work/sim.log" || fail "the application did not connect and refresh"
-window=$(xdotool search --name "ORVEXMATRIX CONTORL" | head -n 1)
+window=$(timeout 30 xdotool search --sync --onlyvisible --name "ORVEXMATRIX CONTORL" | head -n 1)
 [ -n "$window" ] || fail "no window"
 eval "$(xdotool getwindowgeometry --shell "$window")"
-sleep 1
 
-# Offsets inside the 1280x800 window: list entry [3], and the middle cell (output 5).
+# Where things are, as fractions of the window (the layout stretches with it):
+# the signal list's entry [3], and the middle cell of the video grid (output 5).
+from_x=$((X + WIDTH * 86 / 1280));  from_y=$((Y + HEIGHT * 237 / 800))
+to_x=$((X + WIDTH * 758 / 1280));   to_y=$((Y + HEIGHT * 421 / 800))
+# A hand's pace: Qt starts a drag only after the press has been seen and the
+# pointer has travelled, and the drop needs the last move handled first.
 drag() {
-    xdotool mousemove $((X + 86)) $((Y + 237)) mousedown 1
+    xdotool mousemove --sync "$from_x" "$from_y" mousedown 1
     for step in 1 2 3 4 5 6 7 8; do
-        xdotool mousemove $((X + 86 + step * 84)) $((Y + 237 + step * 23))
-        sleep 0.1
+        xdotool mousemove --sync $((from_x + (to_x - from_x) * step / 8)) $((from_y + (to_y - from_y) * step / 8)) sleep 0.1
     done
-    sleep 0.5
-    xdotool mouseup 1
+    xdotool sleep 0.5 mouseup 1
 }
 # A slow (sanitized) build may still be laying the window out: try a few times.
 for attempt in 1 2 3; do
