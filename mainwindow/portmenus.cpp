@@ -1,6 +1,11 @@
 #include "mainwindow/portmenus.h"
 
+#include "device/devicemodel.h"
 #include "device/messagedistance.h"
+#include "dialogs/edidsettingdilog.h"
+#include "dialogs/graphicstestdialog.h"
+#include "dialogs/resolutionsetdialog.h"
+#include "dialogs/volumnsettingdialog.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/portnaming.h"
 #include "mainwindow/renamedialog.h"
@@ -12,9 +17,11 @@
 #include <QMenu>
 
 // The menu texts keep the main window's translation context ("Widget").
-PortMenus::PortMenus(const Views &views, MessageDistance *link, PortNames *names, QWidget *window)
+PortMenus::PortMenus(const Views &views, const DeviceModel *model, MessageDistance *link, PortNames *names,
+                     QWidget *window)
     : QObject(window)
     , m_views(views)
+    , m_model(model)
     , m_link(link)
     , m_names(names)
     , m_window(window)
@@ -43,29 +50,47 @@ int PortMenus::currentPort(QWidget *view) const
 QMenu *PortMenus::createMenu(QWidget *view)
 {
     auto *menu = new QMenu(m_window);
-    const int port = currentPort(view);
+    const int key = currentPort(view);
+    auto *table = qobject_cast<TableWidget *>(view);
+    // The port number the cell shows; the HDMI audio grid keys its outputs from 101.
+    const int port = table ? key - table->indexOffset() : key;
     MessageDistance *link = m_link;
+    const DeviceModel *model = m_model;
+    QWidget *window = m_window;
     auto rename = [this, view] { renameCurrentPort(view); };
-    auto clear = [view, port] {
-        if (auto *table = qobject_cast<TableWidget *>(view))
-            emit table->dropPortToItemSig(0, port);
+    // Clearing removes the output's route on the device: input 0 on the table's
+    // layer (on the joined wall, the whole wall, as one picture covers it). The
+    // cell is not blanked here: it shows what the device's next map says.
+    auto clear = [this, view, key, link] {
+        const int kind = view == m_views.ir ? DeviceModel::Ir
+                         : view == m_views.joint ? DeviceModel::Wall
+                                                 : DeviceModel::Audio;
+        link->sendSwitch(0, key, kind);
     };
     auto audioMode = [menu, port, link] {
         QMenu *modes = menu->addMenu(QCoreApplication::translate("Widget", "音频模式"));
         modes->addAction(QCoreApplication::translate("Widget", "数字音频"), [port, link] { link->sendAnalogSelect(port, 0); });
         modes->addAction(QCoreApplication::translate("Widget", "模拟音频"), [port, link] { link->sendAnalogSelect(port, 1); });
     };
+    auto outputResolution = [port, model, link, window] {
+        ResolutionSetDialog(port, 0, model, link, window).exec();
+    };
+    auto outputPatterns = [port, link, window] { GraphicsTestDialog(port, false, link, window).exec(); };
     if (view == m_views.list) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
         menu->addAction(QCoreApplication::translate("Widget", "OSD Setting"), [port, link] { link->sendOsdQuery(port); });
-        menu->addAction(QCoreApplication::translate("Widget", "GraphicsTest"));
-        menu->addAction(QCoreApplication::translate("Widget", "Volume Setting"));
-        menu->addAction(QCoreApplication::translate("Widget", "Edid"));
-        menu->addAction(QCoreApplication::translate("Widget", "Resolution"));
+        menu->addAction(QCoreApplication::translate("Widget", "GraphicsTest"), [port, link, window] { GraphicsTestDialog(port, true, link, window).exec(); });
+        menu->addAction(QCoreApplication::translate("Widget", "Volume Setting"), [port, model, link, window] {
+            VolumnSettingDialog(port, model, link, window).exec();
+        });
+        menu->addAction(QCoreApplication::translate("Widget", "Edid"), [port, model, link, window] { EdidSettingDilog(port, model, link, window).exec(); });
+        menu->addAction(QCoreApplication::translate("Widget", "Resolution"), [port, model, link, window] {
+            ResolutionSetDialog(-1, port, model, link, window).exec();
+        });
     } else if (view == m_views.video) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
-        menu->addAction(QCoreApplication::translate("Widget", "Resolution"));
-        menu->addAction(QCoreApplication::translate("Widget", "Graphics Test"));
+        menu->addAction(QCoreApplication::translate("Widget", "Resolution"), outputResolution);
+        menu->addAction(QCoreApplication::translate("Widget", "Graphics Test"), outputPatterns);
     } else if (view == m_views.audio) {
         menu->addAction(QCoreApplication::translate("Widget", "清除"), clear);
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
@@ -73,8 +98,8 @@ QMenu *PortMenus::createMenu(QWidget *view)
     } else if (view == m_views.hdmiAudio) {
         menu->addAction(QCoreApplication::translate("Widget", "清除"), clear);
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
-        menu->addAction(QCoreApplication::translate("Widget", "Resolution"));
-        menu->addAction(QCoreApplication::translate("Widget", "Graphics Test"));
+        menu->addAction(QCoreApplication::translate("Widget", "Resolution"), outputResolution);
+        menu->addAction(QCoreApplication::translate("Widget", "Graphics Test"), outputPatterns);
         audioMode();
     } else if (view == m_views.ir) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
@@ -82,8 +107,8 @@ QMenu *PortMenus::createMenu(QWidget *view)
     } else if (view == m_views.joint) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
         menu->addAction(QCoreApplication::translate("Widget", "清除"), clear);
-        menu->addAction(QCoreApplication::translate("Widget", "Resolution"));
-        menu->addAction(QCoreApplication::translate("Widget", "Graphics Test"));
+        menu->addAction(QCoreApplication::translate("Widget", "Resolution"), outputResolution);
+        menu->addAction(QCoreApplication::translate("Widget", "Graphics Test"), outputPatterns);
     }
     return menu;
 }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+class DeviceModel;
 class ListWidget;
 class MessageDistance;
 class PortNames;
@@ -28,7 +29,7 @@ public:
     };
 
     // `window` parents the menus and rename dialogs.
-    PortMenus(const Views &views, MessageDistance *link, PortNames *names, QWidget *window);
+    PortMenus(const Views &views, const DeviceModel *model, MessageDistance *link, PortNames *names, QWidget *window);
 
     // The menu of `view`, built as it is shown, for the view's current port.
     QMenu *createMenu(QWidget *view);
@@ -46,6 +47,7 @@ private:
     void renameCurrentPort(QWidget *view);
 
     Views m_views;
+    const DeviceModel *m_model;
     MessageDistance *m_link;
     PortNames *m_names;
     QWidget *m_window;

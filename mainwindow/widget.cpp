@@ -102,7 +102,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     connect(ui->languageComboBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(on_languageComboBox_currentIndexChanged(int)));
     m_portMenus = new PortMenus({ui->listWidget, ui->videoTable, ui->jointTable, ui->audioTable, ui->hdmiAudioTable, ui->irTable},
-                                m_link, context.names, this);
+                                m_model, m_link, context.names, this);
     connect(m_portMenus, &PortMenus::inputRenamed, this, &Widget::refrenshSignalSlot);
 
     ui->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"

@@ -1,7 +1,13 @@
 // Renders the routing widgets in their typical states to PNG files, for a look
 // without the whole application: orvex-gallery OUTDIR
-#include "store/portnames.h"
+#include "device/devicemodel.h"
+#include "device/messagedistance.h"
+#include "dialogs/edidsettingdilog.h"
+#include "dialogs/graphicstestdialog.h"
+#include "dialogs/resolutionsetdialog.h"
 #include "dialogs/switchcontrol.h"
+#include "dialogs/volumnsettingdialog.h"
+#include "store/portnames.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/renamedialog.h"
 #include "mainwindow/tableitemwidget.h"
@@ -15,6 +21,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QTimer>
+#include <QTranslator>
 #include <cstdio>
 
 namespace {
@@ -89,6 +96,32 @@ int main(int argc, char *argv[])
 
     RenameDialog rename("Camera");
     ok &= save(&rename, out + "/rename.png");
+
+    // The per-port setting dialogs in both languages, over a model that has answers.
+    DeviceRecord record;
+    record.setModelFlag(1);
+    record.setOutputResolutionMap({{5, "1920x1080x60Hz"}});
+    record.setInputResolutionMap({{3, "noinput"}});
+    record.setVolumeMap({{3, 64}});
+    DeviceModel model(&record);
+    MessageDistance link;
+    for (const char *language : {"English", "Chinese"}) {
+        QTranslator translator;
+        translator.load(QString(":/") + language);
+        QCoreApplication::installTranslator(&translator);
+        const QString suffix = QString("-%1.png").arg(QString(language).toLower());
+        GraphicsTestDialog patterns(5, false, &link);
+        ok &= save(&patterns, out + "/graphicstest" + suffix);
+        ResolutionSetDialog outputResolution(5, 0, &model, &link);
+        ok &= save(&outputResolution, out + "/resolution-output" + suffix);
+        ResolutionSetDialog inputResolution(-1, 3, &model, &link);
+        ok &= save(&inputResolution, out + "/resolution-input" + suffix);
+        EdidSettingDilog edid(3, &model, &link);
+        ok &= save(&edid, out + "/edid" + suffix);
+        VolumnSettingDialog volume(3, &model, &link);
+        ok &= save(&volume, out + "/volume" + suffix);
+        QCoreApplication::removeTranslator(&translator);
+    }
 
     QWidget switches;
     switches.setObjectName("switches");

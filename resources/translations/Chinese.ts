@@ -2,6 +2,124 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>EdidSettingDilog</name>
+    <message>
+        <source>EDID Setting [InChannel%1]</source>
+        <translation>EDID设置 [输入通道%1]</translation>
+    </message>
+    <message>
+        <source>OutPut Port %1</source>
+        <translation>输出端口 %1</translation>
+    </message>
+    <message>
+        <source>Copy from</source>
+        <translation>复制来源</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>EDID file</source>
+        <translation>EDID文件</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>浏览</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>上传</translation>
+    </message>
+    <message>
+        <source>请选择更新文件</source>
+        <translation>请选择更新文件</translation>
+    </message>
+    <message>
+        <source>支持文件 (*.bin);; 所有文件(*.*);;</source>
+        <translation>支持文件 (*.bin);; 所有文件(*.*);;</translation>
+    </message>
+    <message>
+        <source>File is empty</source>
+        <translation>文件为空</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>错误</translation>
+    </message>
+</context>
+<context>
+    <name>GraphicsTestDialog</name>
+    <message>
+        <source>By pass</source>
+        <translation>直通</translation>
+    </message>
+    <message>
+        <source>RGB stripe</source>
+        <translation>RGB彩条</translation>
+    </message>
+    <message>
+        <source>16 Gray Scales</source>
+        <translation>16级灰度</translation>
+    </message>
+    <message>
+        <source>32 Gray Scales</source>
+        <translation>32级灰度</translation>
+    </message>
+    <message>
+        <source>64 Gray Scales</source>
+        <translation>64级灰度</translation>
+    </message>
+    <message>
+        <source>Red Grid</source>
+        <translation>红色网格</translation>
+    </message>
+    <message>
+        <source>Green Grid</source>
+        <translation>绿色网格</translation>
+    </message>
+    <message>
+        <source>Blue Grid</source>
+        <translation>蓝色网格</translation>
+    </message>
+    <message>
+        <source>White Grid</source>
+        <translation>白色网格</translation>
+    </message>
+    <message>
+        <source>Horizon Scroll</source>
+        <translation>水平滚动</translation>
+    </message>
+    <message>
+        <source>Vertical Scroll</source>
+        <translation>垂直滚动</translation>
+    </message>
+    <message>
+        <source>Pure Color</source>
+        <translation>纯色</translation>
+    </message>
+    <message>
+        <source>Input Graphics test</source>
+        <translation>输入测试图</translation>
+    </message>
+    <message>
+        <source>OutPut Graphics test</source>
+        <translation>输出测试图</translation>
+    </message>
+    <message>
+        <source>[InChannel%1]</source>
+        <translation>[输入通道%1]</translation>
+    </message>
+    <message>
+        <source>[OutChannel%1]</source>
+        <translation>[输出通道%1]</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
     <name>LoginDialog</name>
     <message>
         <source>Orvex系列视频切换软件</source>
@@ -101,6 +219,25 @@
     </message>
 </context>
 <context>
+    <name>ResolutionSetDialog</name>
+    <message>
+        <source>Resolution</source>
+        <translation>分辨率</translation>
+    </message>
+    <message>
+        <source>[OutChannel%1]</source>
+        <translation>[输出通道%1]</translation>
+    </message>
+    <message>
+        <source>[InChannel%1]</source>
+        <translation>[输入通道%1]</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
     <name>Usermanagerdialog</name>
     <message>
         <source>User Management</source>
@@ -153,6 +290,21 @@
     <message>
         <source>two password not equation!</source>
         <translation>两次输入的密码不一致！</translation>
+    </message>
+</context>
+<context>
+    <name>VolumnSettingDialog</name>
+    <message>
+        <source>Volume Setting [InChannel%1]</source>
+        <translation>音量设置 [输入通道%1]</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>音量</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,124 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US">
 <context>
+    <name>EdidSettingDilog</name>
+    <message>
+        <source>EDID Setting [InChannel%1]</source>
+        <translation>EDID Setting [InChannel%1]</translation>
+    </message>
+    <message>
+        <source>OutPut Port %1</source>
+        <translation>OutPut Port %1</translation>
+    </message>
+    <message>
+        <source>Copy from</source>
+        <translation>Copy from</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>EDID file</source>
+        <translation>EDID file</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Browse</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>请选择更新文件</source>
+        <translation>Please select the update file</translation>
+    </message>
+    <message>
+        <source>支持文件 (*.bin);; 所有文件(*.*);;</source>
+        <translation>Supported files (*.bin);; All files(*.*);;</translation>
+    </message>
+    <message>
+        <source>File is empty</source>
+        <translation>File is empty</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>error</translation>
+    </message>
+</context>
+<context>
+    <name>GraphicsTestDialog</name>
+    <message>
+        <source>By pass</source>
+        <translation>By pass</translation>
+    </message>
+    <message>
+        <source>RGB stripe</source>
+        <translation>RGB stripe</translation>
+    </message>
+    <message>
+        <source>16 Gray Scales</source>
+        <translation>16 Gray Scales</translation>
+    </message>
+    <message>
+        <source>32 Gray Scales</source>
+        <translation>32 Gray Scales</translation>
+    </message>
+    <message>
+        <source>64 Gray Scales</source>
+        <translation>64 Gray Scales</translation>
+    </message>
+    <message>
+        <source>Red Grid</source>
+        <translation>Red Grid</translation>
+    </message>
+    <message>
+        <source>Green Grid</source>
+        <translation>Green Grid</translation>
+    </message>
+    <message>
+        <source>Blue Grid</source>
+        <translation>Blue Grid</translation>
+    </message>
+    <message>
+        <source>White Grid</source>
+        <translation>White Grid</translation>
+    </message>
+    <message>
+        <source>Horizon Scroll</source>
+        <translation>Horizon Scroll</translation>
+    </message>
+    <message>
+        <source>Vertical Scroll</source>
+        <translation>Vertical Scroll</translation>
+    </message>
+    <message>
+        <source>Pure Color</source>
+        <translation>Pure Color</translation>
+    </message>
+    <message>
+        <source>Input Graphics test</source>
+        <translation>Input Graphics test</translation>
+    </message>
+    <message>
+        <source>OutPut Graphics test</source>
+        <translation>OutPut Graphics test</translation>
+    </message>
+    <message>
+        <source>[InChannel%1]</source>
+        <translation>[InChannel%1]</translation>
+    </message>
+    <message>
+        <source>[OutChannel%1]</source>
+        <translation>[OutChannel%1]</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>LoginDialog</name>
     <message>
         <source>Orvex系列视频切换软件</source>
@@ -101,6 +219,25 @@
     </message>
 </context>
 <context>
+    <name>ResolutionSetDialog</name>
+    <message>
+        <source>Resolution</source>
+        <translation>Resolution</translation>
+    </message>
+    <message>
+        <source>[OutChannel%1]</source>
+        <translation>[OutChannel%1]</translation>
+    </message>
+    <message>
+        <source>[InChannel%1]</source>
+        <translation>[InChannel%1]</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>Usermanagerdialog</name>
     <message>
         <source>User Management</source>
@@ -153,6 +290,21 @@
     <message>
         <source>two password not equation!</source>
         <translation>two password not equation!</translation>
+    </message>
+</context>
+<context>
+    <name>VolumnSettingDialog</name>
+    <message>
+        <source>Volume Setting [InChannel%1]</source>
+        <translation>Volume Setting [InChannel%1]</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volume</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,64 @@
+#include "dialogs/resolutionsetdialog.h"
+
+#include "device/devicemodel.h"
+#include "device/messagedistance.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+const QStringList ResolutionSetDialog::Resolutions = {
+    "800x600x60Hz",   "1024x768x60Hz",  "1280x720x50Hz",  "1280x720x60Hz",  "1280x768x60Hz",  "1280x800x60Hz",
+    "1280x960x60Hz",  "1280x1024x60Hz", "1360x768x60Hz",  "1366x768x60Hz",  "1440x900x60Hz",  "1600x900x60Hz",
+    "1600x1200x60Hz", "1920x540x50Hz",  "1920x540x60Hz",  "1920x1080x30Hz", "1920x1080x50Hz", "1920x1080x60Hz",
+    "1920x1200x60Hz", "3840x2160x30Hz", "4096x2160x30Hz", "3840x2160x60Hz", "4096x2160x60Hz",
+};
+
+ResolutionSetDialog::ResolutionSetDialog(int port, int input, const DeviceModel *model, MessageDistance *link,
+                                         QWidget *parent)
+    : SettingDialog(Qt::WindowSystemMenuHint, parent)
+    , m_port(port)
+    , m_link(link)
+    , m_combo(new QComboBox(this))
+{
+    m_combo->setObjectName("comboBox");
+    m_combo->addItems(Resolutions);
+    m_combo->setMinimumWidth(260);
+    auto *row = new QHBoxLayout;
+    row->addWidget(new QLabel(tr("Resolution"), this));
+    row->addWidget(m_combo, 1);
+    body()->addLayout(row);
+
+    const DeviceRecord &record = model->record();
+    if (port != -1) {
+        setTitleText(tr("[OutChannel%1]").arg(port));
+        m_combo->setCurrentText(record.outputResolutionMap().value(port));
+        connect(m_combo, QOverload<int>::of(&QComboBox::activated), this, &ResolutionSetDialog::sendResolution);
+    } else {
+        // An input's resolution is what its source sends: shown as reported
+        // ("noinput" too), and not a choice, so nothing can be sent from here.
+        setTitleText(tr("[InChannel%1]").arg(input));
+        m_combo->setEditable(true);
+        m_combo->setCurrentText(record.inputResolutionMap().value(input));
+        m_combo->setEnabled(false);
+    }
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    auto *apply = new QPushButton(tr("OK"), this);
+    apply->setObjectName("btnApply");
+    buttons->addWidget(apply);
+    body()->addLayout(buttons);
+
+    QMetaObject::connectSlotsByName(this);
+}
+
+void ResolutionSetDialog::sendResolution(int index)
+{
+    // Sent at the moment of choosing, also when the choice is the current one.
+    m_link->sendPortResolution(m_port, m_combo->itemText(index));
+}
+
+void ResolutionSetDialog::on_btnClose_clicked() { done(0); }
+void ResolutionSetDialog::on_btnApply_clicked() { done(1); }
