@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QGraphicsDropShadowEffect>
 #include <QMouseEvent>
+#include <QScreen>
 
 WindowDragger::WindowDragger(QWidget *handle)
     : QObject(handle)
@@ -80,4 +81,22 @@ void BaseWidget::setUpDialog(QWidget *dialog, QWidget *frame, QWidget *dragHandl
     applyShadow(frame);
     loadStyleSheet(dialog, ":/styles/dialogs.qss");
     new WindowDragger(dragHandle);
+}
+
+bool BaseWidget::toggleMaximized()
+{
+    m_maximized = !m_maximized;
+    // A frameless window is also sized by hand: not every window manager (or none
+    // at all, on a kiosk display) maximises it.
+    if (m_maximized) {
+        m_normalGeometry = geometry();
+        showMaximized();
+        if (QScreen *current = screen())
+            setGeometry(current->availableGeometry());
+    } else {
+        showNormal();
+        if (m_normalGeometry.isValid())
+            setGeometry(m_normalGeometry);
+    }
+    return m_maximized;
 }

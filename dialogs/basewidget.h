@@ -45,4 +45,10 @@ public:
 protected:
     // Presses on this widget (the title bar) move the window.
     void setDragArea(QWidget *area);
+    // Maximises or restores the window; true when it is now maximised.
+    bool toggleMaximized();
+
+private:
+    bool m_maximized = false;
+    QRect m_normalGeometry;
 };

@@ -14,7 +14,6 @@
 #include "store/accountstore.h"
 
 #include <QApplication>
-#include <QScreen>
 
 namespace {
 // Status texts are translation keys: their uneven blanks are kept byte for byte.
@@ -224,21 +223,9 @@ void Widget::on_CaptionBtn_clicked()
 
 void Widget::on_btn_RestoreOrMax_clicked()
 {
-    m_maximized = !m_maximized;
-    // A frameless window is also sized by hand: not every window manager (or none
-    // at all, on a kiosk display) maximises it.
-    if (m_maximized) {
-        m_normalGeometry = geometry();
-        showMaximized();
-        if (QScreen *current = screen())
-            setGeometry(current->availableGeometry());
-        ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/restore.png"));
-    } else {
-        showNormal();
-        if (m_normalGeometry.isValid())
-            setGeometry(m_normalGeometry);
-        ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
-    }
+    const bool maximized = toggleMaximized();
+    ui->btn_RestoreOrMax->setStyleSheet(
+        maxButtonStyle(maximized ? ":/Images/window/restore.png" : ":/Images/window/fullscreen.png"));
 }
 
 QString Widget::formatStatus(const char *source) const

@@ -92,6 +92,4 @@ private:
     PortMenus *m_portMenus = nullptr;
     SettingsPage *m_settingsPage = nullptr;
     QTranslator m_translator;
-    bool m_maximized = false;
-    QRect m_normalGeometry;
 };
