@@ -48,7 +48,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption broadcastOption(QStringLiteral("broadcast"),
         QStringLiteral("Send every reply to all connected clients, like a matrix with several control panels."));
     const QCommandLineOption verboseOption(QStringLiteral("verbose"),
-        QStringLiteral("Log every received command to stderr."));
+        QStringLiteral("Log every received command to stderr, and after it, on a line of its own, "
+                       "any state it changed that no reply reports (patterns, mute, audio mode, EDID)."));
     parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
                        dropAfterOption, broadcastOption, verboseOption});
     parser.process(app);

@@ -15,7 +15,17 @@ constexpr int MaxSpeed = 10;
 constexpr int MaxPosition = 4095;   // covers a 4096x2160 picture
 constexpr int PresetSlots = 16;
 constexpr int JointOutput = 101;    // the whole joined wall as one output
+constexpr int MaxPattern = 11;      // 0 passes the picture through
+constexpr int MaxTransfer = 16 * 1024 * 1024; // beyond any EDID; bounds a stray upload's memory
 const QByteArray DefaultResolution = "1920x1080x60Hz";
+
+// The timings the scaler offers; any other text is refused.
+const QSet<QString> OutputResolutions = {
+    "800x600x60Hz",   "1024x768x60Hz",  "1280x720x50Hz",  "1280x720x60Hz",  "1280x768x60Hz",  "1280x800x60Hz",
+    "1280x960x60Hz",  "1280x1024x60Hz", "1360x768x60Hz",  "1366x768x60Hz",  "1440x900x60Hz",  "1600x900x60Hz",
+    "1600x1200x60Hz", "1920x540x50Hz",  "1920x540x60Hz",  "1920x1080x30Hz", "1920x1080x50Hz", "1920x1080x60Hz",
+    "1920x1200x60Hz", "3840x2160x30Hz", "4096x2160x30Hz", "3840x2160x60Hz", "4096x2160x60Hz",
+};
 
 // A bench setup: most inputs carry a source, a few are left unplugged.
 const char *const InputResolutions[] = {
@@ -32,9 +42,11 @@ Outcome reply(const QList<QByteArray> &frames)
     return outcome;
 }
 
-Outcome silent()
+Outcome silent(const QByteArray &note = QByteArray())
 {
-    return reply({});
+    Outcome outcome = reply({});
+    outcome.note = note;
+    return outcome;
 }
 
 // Numbers in commands are bounded by the patterns ({1,5} digits), so
@@ -50,15 +62,50 @@ int number(const QRegularExpressionMatch &match, int group)
     return match.captured(group).toInt();
 }
 
-QByteArray numberedMap(const char *key, const QVector<int> &values)
+QByteArray numberedMap(const char *key, const QVector<int> &values, int first = 1)
 {
     QByteArray members;
     for (int i = 0; i < values.size(); ++i) {
         if (i > 0)
             members += ',';
-        members += '"' + QByteArray(key) + QByteArray::number(i + 1) + "\":" + QByteArray::number(values[i]);
+        members += '"' + QByteArray(key) + QByteArray::number(first + i) + "\":" + QByteArray::number(values[i]);
     }
     return members;
+}
+
+// A plain EDID 1.3 base block (1080p60 preferred, a name, the checksum): the
+// switcher only stores and copies EDIDs, so product, serial and name are
+// what tell one sink from another.
+QByteArray edidBlock(int product, const QByteArray &name)
+{
+    QByteArray block(128, '\0');
+    block.replace(0, 8, QByteArray("\x00\xff\xff\xff\xff\xff\xff\x00", 8));
+    const int maker = (('O' - '@') << 10) | (('R' - '@') << 5) | ('X' - '@');
+    block[8] = char(maker >> 8);
+    block[9] = char(maker);
+    block[10] = char(product);
+    block[11] = char(product >> 8);
+    block[12] = char(product);      // serial
+    block[16] = 1;                  // week 1 of 2024
+    block[17] = 34;
+    block[18] = 1;                  // version 1.3
+    block[19] = 3;
+    block[20] = char(0x80);         // digital input
+    block.replace(38, 16, QByteArray(16, '\x01'));  // no standard timings
+    block.replace(54, 18, QByteArray("\x02\x3a\x80\x18\x71\x38\x2d\x40\x58\x2c\x45\x00\xc4\x8e\x21\x00\x00\x1e", 18));
+    block.replace(72, 18, QByteArray("\0\0\0\xfc\0", 5) + (name.left(12) + '\n').leftJustified(13, ' '));
+    block[93] = block[111] = 0x10;  // two empty descriptors
+    char sum = 0;
+    for (int i = 0; i < 127; ++i)
+        sum = char(sum + block[i]);
+    block[127] = char(-sum);
+    return block;
+}
+
+QByteArray edidNote(int input, const QByteArray &edid)
+{
+    return "edid " + QByteArray::number(input) + ": " + QByteArray::number(edid.size()) + " bytes, crc32 "
+        + QByteArray::number(SimDevice::crc32(edid), 16).rightJustified(8, '0');
 }
 
 QByteArray flag(bool on)
@@ -118,8 +165,14 @@ void SimDevice::factoryReset()
     for (int i = 0; i < m_ports; ++i)
         m_routing.video[i] = i + 1;
     m_routing.audio = m_routing.video;
+    m_routing.hdmiAudio = m_routing.video;
     m_routing.ir = m_routing.video;
     m_volumes.fill(DefaultVolume, m_ports);
+    m_muted.fill(false, m_ports);
+    m_audioModes.fill(0, 2 * m_ports);
+    m_inputPatterns.fill(0, m_ports);
+    m_outputPatterns.fill(0, m_ports);
+    m_inputEdids.fill(edidBlock(0, modelName(m_model)), m_ports);
     m_outputResolutions.fill(DefaultResolution, m_ports);
     m_caption = Overlay();
     m_osds.fill(Overlay(), m_ports);
@@ -164,7 +217,7 @@ SimDevice::Outcome SimDevice::handleBody(const QString &body)
         return reply({videoFrame(), audioFrame(), irFrame(), volumeFrame(), outputFrame()});
     }
     if (body == QLatin1String("Done")) {
-        Outcome outcome = silent();
+        Outcome outcome = finishTransfer();
         outcome.uploadDone = true;
         return outcome;
     }
@@ -208,15 +261,29 @@ SimDevice::Outcome SimDevice::handleBody(const QString &body)
     if (capture(volumePattern, body, &match)) {
         if (!isPort(number(match, 1)) || number(match, 2) > MaxVolume)
             return {};
+        // A new level ends the mute: the level the operator just chose is what plays.
         m_volumes[number(match, 1) - 1] = number(match, 2);
+        m_muted[number(match, 1) - 1] = false;
         return reply({volumeFrame()});
     }
 
-    // Only the "WxHxRHz" spelling is taken: it can never carry a word the
-    // application's parser routes on.
-    static const QRegularExpression portPattern(QStringLiteral(R"(^Port(\d{1,5})/(\d{3,4}x\d{3,4}x\d{2,3}Hz)!$)"));
-    if (capture(portPattern, body, &match)) {
+    // The command carries no state, so it toggles; the level is kept for unmuting.
+    static const QRegularExpression mutePattern(QStringLiteral(R"(^Mute(\d{1,5})$)"));
+    if (capture(mutePattern, body, &match)) {
         if (!isPort(number(match, 1)))
+            return {};
+        bool &muted = m_muted[number(match, 1) - 1];
+        muted = !muted;
+        Outcome outcome = reply({volumeFrame()});
+        outcome.note = "mute " + match.captured(1).toLatin1() + (muted ? ": on" : ": off");
+        return outcome;
+    }
+
+    // Only the scaler's own "WxHxRHz" texts are taken: none can carry a word
+    // the application's parser routes on.
+    static const QRegularExpression portPattern(QStringLiteral(R"(^Port(\d{1,5})/(.*)!$)"));
+    if (capture(portPattern, body, &match)) {
+        if (!isPort(number(match, 1)) || !OutputResolutions.contains(match.captured(2)))
             return {};
         m_outputResolutions[number(match, 1) - 1] = match.captured(2).toLatin1();
         return reply({outputFrame()});
@@ -282,25 +349,126 @@ SimDevice::Outcome SimDevice::handleBody(const QString &body)
     if (capture(networkPattern, body, &match))
         return handleNetwork(match.captured(1));
 
-    // Settings the device takes without reporting anything back.
+    return handleSilentSetting(body);
+}
+
+SimDevice::Outcome SimDevice::handleSilentSetting(const QString &body)
+{
+    // Settings the device takes without reporting anything back; the note
+    // makes them visible in the verbose log.
+    QRegularExpressionMatch match;
     static const QRegularExpression pairSetting(
         QStringLiteral(R"(^(In_Pattern|Out_Pattern|Copy_EDID|Analog_sel)(\d{1,5})/(\d{1,5})$)"));
-    static const QRegularExpression portSetting(
-        QStringLiteral(R"(^(Mute|Upload_OSD|Upload_Subtitle|Update_EDID|Set_OSD)(\d{1,5})$)"));
-    if ((capture(pairSetting, body, &match) || capture(portSetting, body, &match)) && isPort(number(match, 2)))
-        return silent();
+    if (capture(pairSetting, body, &match)) {
+        const QString name = match.captured(1);
+        const int port = number(match, 2);
+        const int value = number(match, 3);
+        const QByteArray portText = QByteArray::number(port), valueText = QByteArray::number(value);
+        if (name == QLatin1String("Analog_sel")) {
+            // Offered on the HDMI audio outputs (101..) as well as the plain ones.
+            if (audioIndex(port) < 0 || value > 1)
+                return {};
+            m_audioModes[audioIndex(port)] = value;
+            return silent("audio mode " + portText + (value ? ": analog" : ": digital"));
+        }
+        if (!isPort(port))
+            return {};
+        if (name == QLatin1String("Copy_EDID")) {
+            if (!isPort(value))
+                return {};
+            m_inputEdids[port - 1] = outputEdid(value);
+            return silent(edidNote(port, m_inputEdids[port - 1]) + ", copy of output " + valueText);
+        }
+        if (value > MaxPattern)
+            return {};
+        const bool input = name == QLatin1String("In_Pattern");
+        (input ? m_inputPatterns : m_outputPatterns)[port - 1] = value;
+        return silent("pattern " + QByteArray(input ? "input " : "output ") + portText + ": " + valueText);
+    }
 
-    return {};
+    static const QRegularExpression portSetting(
+        QStringLiteral(R"(^(Upload_OSD|Upload_Subtitle|Update_EDID|Set_OSD)(\d{1,5})$)"));
+    if (!capture(portSetting, body, &match) || !isPort(number(match, 2)))
+        return {};
+    // An upload announcement decides what the current transfer is.
+    if (match.captured(1) == QLatin1String("Update_EDID"))
+        m_edidUpload = number(match, 2);
+    else if (match.captured(1).startsWith(QLatin1String("Upload")))
+        m_edidUpload = 0;
+    return silent();
+}
+
+void SimDevice::receiveFile(const QByteArray &bytes)
+{
+    if (m_transfer.size() + qint64(bytes.size()) > MaxTransfer) {
+        m_transferOverflow = true;
+        return;
+    }
+    m_transfer += bytes;
+}
+
+void SimDevice::startTransfer()
+{
+    m_transfer.clear();
+    m_transferOverflow = false;
+}
+
+SimDevice::Outcome SimDevice::finishTransfer()
+{
+    // Only an EDID upload is kept; OSD and caption pictures are only paced.
+    Outcome outcome = silent();
+    const QByteArray input = QByteArray::number(m_edidUpload);
+    if (m_edidUpload > 0 && m_transferOverflow) {
+        outcome.note = "edid " + input + ": over " + QByteArray::number(MaxTransfer) + " bytes, kept";
+    } else if (m_edidUpload > 0 && m_transfer.isEmpty()) {
+        outcome.note = "edid " + input + ": nothing received, kept";
+    } else if (m_edidUpload > 0) {
+        m_inputEdids[m_edidUpload - 1] = m_transfer;
+        outcome.note = edidNote(m_edidUpload, m_transfer);
+    }
+    m_edidUpload = 0;
+    startTransfer();
+    return outcome;
+}
+
+QByteArray SimDevice::outputEdid(int output) const
+{
+    // The sink on each output is a different display, so copies are told apart.
+    return isPort(output) ? edidBlock(0x100 + output, "ORX OUT " + QByteArray::number(output)) : QByteArray();
+}
+
+quint32 SimDevice::crc32(const QByteArray &bytes)
+{
+    // The zlib / PNG CRC, so a log line can be checked against any crc32 tool.
+    quint32 crc = 0xffffffffu;
+    for (char c : bytes) {
+        crc ^= static_cast<uchar>(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+int SimDevice::audioIndex(int output) const
+{
+    if (isPort(output))
+        return output - 1;
+    return isHdmiAudio(output) ? m_ports + output - 101 : -1;
 }
 
 SimDevice::Outcome SimDevice::handleSwitch(int input, const QString &layer, int output)
 {
-    if (!isPort(input))
+    // Input 0 is "no source": it clears the output.
+    if (input != 0 && !isPort(input))
         return {};
     if (layer == QLatin1String("VIDEO") && output == JointOutput) {
         for (int i = 0; i < jointOutputs(); ++i)
             m_routing.video[i] = input;
         return reply({videoFrame()});
+    }
+    if (layer == QLatin1String("AUDIO") && isHdmiAudio(output)) {
+        m_routing.hdmiAudio[output - 101] = input;
+        return reply({audioFrame()});
     }
     if (!isPort(output))
         return {};
@@ -371,7 +539,8 @@ QByteArray SimDevice::videoFrame() const
 
 QByteArray SimDevice::audioFrame() const
 {
-    return '{' + numberedMap("audio", m_routing.audio) + '}';
+    // The HDMI audio outputs follow the plain ones, under their own numbers.
+    return '{' + numberedMap("audio", m_routing.audio) + ',' + numberedMap("audio", m_routing.hdmiAudio, 101) + '}';
 }
 
 QByteArray SimDevice::irFrame() const
@@ -409,7 +578,13 @@ QByteArray SimDevice::networkFrame() const
 
 QByteArray SimDevice::volumeFrame() const
 {
-    return '{' + numberedMap("Volume", m_volumes) + '}';
+    // A muted port reads 0, so a level slider shows the silence; its level is kept.
+    QVector<int> levels = m_volumes;
+    for (int i = 0; i < m_ports; ++i) {
+        if (m_muted[i])
+            levels[i] = 0;
+    }
+    return '{' + numberedMap("Volume", levels) + '}';
 }
 
 QByteArray SimDevice::overlayFrame(const Overlay &overlay)

@@ -27,6 +27,7 @@ public:
         QList<QByteArray> frames; // written back to back, in this order
         bool understood = false;  // a command the device knows, even if silent
         bool uploadDone = false;  // "{param=Done}": acknowledge on the file port
+        QByteArray note;          // state no frame reports, one line for the verbose log
     };
 
     explicit SimDevice(SimModel model = SimModel::Orxm200);
@@ -39,6 +40,24 @@ public:
 
     // command is one whole "{param=...}" text as cut from the stream.
     Outcome handle(const QByteArray &command);
+
+    // The file connection's bytes. A transfer is what arrives after the
+    // previous "{param=Done}" or the connection's start: the application
+    // sends its announcement and the first piece together, so that piece
+    // may arrive before the announcement does.
+    void receiveFile(const QByteArray &bytes);
+    void startTransfer();
+
+    // State that no reply frame reports, for tests and the verbose log.
+    // Out-of-range ports read as 0 / empty.
+    int inputPattern(int port) const { return m_inputPatterns.value(port - 1); }
+    int outputPattern(int port) const { return m_outputPatterns.value(port - 1); }
+    bool isMuted(int port) const { return m_muted.value(port - 1); }
+    int audioMode(int output) const { return m_audioModes.value(audioIndex(output)); } // 1: analog
+    QByteArray inputEdid(int input) const { return m_inputEdids.value(input - 1); }
+    QByteArray outputEdid(int output) const;
+
+    static quint32 crc32(const QByteArray &bytes);
 
 private:
     struct Overlay
@@ -57,6 +76,7 @@ private:
     {
         QVector<int> video;
         QVector<int> audio;
+        QVector<int> hdmiAudio; // audio embedded on HDMI output k, addressed as 100 + k
         QVector<int> ir;
         int mode = 6;
     };
@@ -65,9 +85,13 @@ private:
     Outcome handleBody(const QString &body);
     Outcome handleSwitch(int input, const QString &layer, int output);
     Outcome handleNetwork(const QString &fields);
+    Outcome handleSilentSetting(const QString &body);
+    Outcome finishTransfer();
     Overlay &selectedOverlay();
     int jointOutputs() const;
     bool isPort(int n) const { return n >= 1 && n <= m_ports; }
+    bool isHdmiAudio(int n) const { return isPort(n - 100); }
+    int audioIndex(int output) const; // -1 for no audio output
 
     QByteArray versionFrame() const;
     QByteArray videoFrame() const;
@@ -82,7 +106,12 @@ private:
     SimModel m_model;
     int m_ports;
     Routing m_routing;
-    QVector<int> m_volumes;
+    QVector<int> m_volumes;   // the level kept while muted
+    QVector<bool> m_muted;
+    QVector<int> m_audioModes;  // outputs 1..ports, then HDMI audio 101..
+    QVector<int> m_inputPatterns;
+    QVector<int> m_outputPatterns;
+    QVector<QByteArray> m_inputEdids;
     QVector<QByteArray> m_outputResolutions;
     QVector<QByteArray> m_inputResolutions; // "noinput" when the input has no signal
     QByteArray m_ip = "192.168.1.188";
@@ -93,4 +122,7 @@ private:
     QVector<Overlay> m_osds;  // index 0 is OSD 1
     int m_selectedOsd = 0;    // 0: the caption, n: OSD n
     QHash<int, Routing> m_presets;
+    QByteArray m_transfer;
+    bool m_transferOverflow = false;
+    int m_edidUpload = 0;     // input announced by Update_EDID; 0: the transfer is not an EDID
 };

@@ -41,6 +41,16 @@ FileChannel::FileChannel(QObject *parent)
     connect(&m_server, &QTcpServer::newConnection, this, &FileChannel::onNewConnection);
 }
 
+FileChannel::~FileChannel()
+{
+    // The client belongs to the listening server: without this, closing it
+    // during the server's teardown would call back into a half-destroyed channel.
+    if (m_client) {
+        m_client->disconnect(this);
+        delete m_client;
+    }
+}
+
 bool FileChannel::listen(const QHostAddress &host)
 {
     return m_server.listen(host, Port);
@@ -77,6 +87,7 @@ void FileChannel::adopt(QTcpSocket *socket)
     }
     m_client = socket;
     m_unacknowledged = 0;
+    emit clientAdopted();
     connect(socket, &QTcpSocket::readyRead, this, &FileChannel::onReadyRead);
     connect(socket, &QTcpSocket::disconnected, this, &FileChannel::forgetClient);
     // Bytes may have come with the connection, before readyRead was connected.
@@ -88,7 +99,9 @@ void FileChannel::onReadyRead()
 {
     if (!m_client)
         return;
-    m_unacknowledged += m_client->readAll().size();
+    const QByteArray bytes = m_client->readAll();
+    m_unacknowledged += bytes.size();
+    emit received(bytes);
     while (m_unacknowledged >= PieceSize) {
         m_unacknowledged -= PieceSize;
         acknowledge();
@@ -130,6 +143,8 @@ SimServer::SimServer(const SimOptions &options, QObject *parent)
     , m_device(options.model)
 {
     connect(&m_commandServer, &QTcpServer::newConnection, this, &SimServer::onNewConnection);
+    connect(&m_files, &FileChannel::clientAdopted, this, [this] { m_device.startTransfer(); });
+    connect(&m_files, &FileChannel::received, this, [this](const QByteArray &bytes) { m_device.receiveFile(bytes); });
 }
 
 bool SimServer::listen()
@@ -195,7 +210,9 @@ void SimServer::onReadyRead(QTcpSocket *socket)
     while (session->cutter.next(&command)) {
         const SimDevice::Outcome outcome = m_device.handle(command);
         if (m_options.verbose) {
-            const QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
+            QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
+            if (!outcome.note.isEmpty())
+                line += outcome.note + '\n';
             std::fputs(line.constData(), stderr);
             std::fflush(stderr);
         }

@@ -21,7 +21,7 @@ struct SimOptions
     bool finalAck = true;     // answer "{param=Done}" on the file connection
     bool junk = false;        // random non-JSON bytes between reply frames
     int dropAfter = 0;        // close a command connection after this many commands; 0: never
-    bool verbose = false;     // log every received command to stderr
+    bool verbose = false;     // log every received command, and the state it changed, to stderr
     bool broadcast = false;   // replies go to every connected client
 };
 
@@ -39,11 +39,16 @@ public:
     static const QByteArray Ack;
 
     explicit FileChannel(QObject *parent = nullptr);
+    ~FileChannel() override;
 
     bool listen(const QHostAddress &host);
     QString errorString() const { return m_server.errorString(); }
     // The closing acknowledgement of a transfer, after "{param=Done}".
     void acknowledgeUpload();
+
+signals:
+    void clientAdopted();
+    void received(const QByteArray &bytes);
 
 private:
     void onNewConnection();
@@ -72,6 +77,8 @@ public:
     bool listen();
     QString errorString() const { return m_error; }
     quint16 commandPort() const { return m_commandServer.serverPort(); }
+    // The device behind both ports, e.g. for a test to read an uploaded EDID.
+    const SimDevice &device() const { return m_device; }
 
 private:
     struct Session
