@@ -8,6 +8,7 @@
 #include "fakedevice.h"
 #include "mainwindow/sigmanager.h"
 #include "resources/guiresources.h"
+#include "sim/simserver.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -40,6 +41,7 @@ private slots:
     void edid_listsOutputsByModelAndCopiesByPosition_data();
     void edid_listsOutputsByModelAndCopiesByPosition();
     void edid_emptyFileShowsTheMessageAndSendsNothing();
+    void edid_uploadReachesTheDeviceIntact();
     void volume_sendsOnReleaseOnlyAndFollowsTheDevice();
 
 private:
@@ -230,6 +232,34 @@ void tst_Dialogs::edid_emptyFileShowsTheMessageAndSendsNothing()
     QCOMPARE(shown, QString("File is empty"));
     QCOMPARE(sentSoFar(), QByteArray());
     QCOMPARE(m_link.pendingUploads(), 0);
+}
+
+void tst_Dialogs::edid_uploadReachesTheDeviceIntact()
+{
+    // The emulator's own file port paces the transfer as the device does.
+    SimOptions options;
+    options.host = QHostAddress("127.0.0.52");
+    options.port = 0;
+    SimServer device(options);
+    QVERIFY2(device.listen(), qPrintable(device.errorString()));
+    MessageDistance link;
+    QSignalSpy connected(&link, &MessageDistance::connectSuccessFulSig);
+    link.connectToDevice("127.0.0.52", device.commandPort());
+    QVERIFY(connected.wait());
+
+    QByteArray edid;
+    for (int i = 0; i < 1300; ++i)
+        edid += char(i * 7 % 256);  // every byte value, more than two pieces
+    QTemporaryDir dir;
+    QFile file(dir.filePath("monitor.bin"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(edid);
+    file.close();
+
+    EdidSettingDilog dialog(2, &m_model, &link);
+    dialog.findChild<QLineEdit *>()->setText(file.fileName());
+    QTest::mouseClick(dialog.findChild<QPushButton *>("UploadBtn"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(device.device().inputEdid(2), edid, 10000);
 }
 
 void tst_Dialogs::volume_sendsOnReleaseOnlyAndFollowsTheDevice()

@@ -14,6 +14,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -45,6 +46,8 @@ private slots:
     void videoMapReply_setsTheLayoutWithoutSendingItBack();
     void portMenus_listTheirEntriesInOrder_data();
     void portMenus_listTheirEntriesInOrder();
+    void clear_leavesTheCellAsTheDeviceReportsIt_data();
+    void clear_leavesTheCellAsTheDeviceReportsIt();
     void f2OnTheSignalList_renamesTheInputEverywhere();
     void languageSwitch_translatesAndKeepsTheVersions();
     void statusLine_followsDeviceStopAndRestart();
@@ -271,33 +274,118 @@ void tst_MainWindow::videoMapReply_setsTheLayoutWithoutSendingItBack()
 
 void tst_MainWindow::portMenus_listTheirEntriesInOrder_data()
 {
+    // Entry text, then what it does: a command on the wire, or the dialog it
+    // opens ("class title"). Submenu entries follow their submenu as "menu/entry".
     QTest::addColumn<QString>("view");
+    QTest::addColumn<int>("port");
     QTest::addColumn<QStringList>("entries");
-    QTest::newRow("signal list") << "listWidget"
-                                 << QStringList{"Rename(F2)", "OSD Setting", "GraphicsTest", "Volume Setting", "Edid", "Resolution"};
-    QTest::newRow("video") << "videoTable" << QStringList{"Rename(F2)", "Resolution", "Graphics Test"};
-    QTest::newRow("first audio") << "audioTable" << QStringList{"Clear", "Rename(F2)", "Audio Mode"};
-    QTest::newRow("second audio") << "hdmiAudioTable"
-                                  << QStringList{"Clear", "Rename(F2)", "Resolution", "Graphics Test", "Audio Mode"};
-    QTest::newRow("ir") << "irTable" << QStringList{"Rename(F2)", "Clear"};
-    QTest::newRow("joint") << "jointTable" << QStringList{"Rename(F2)", "Clear", "Resolution", "Graphics Test"};
+    const QString rename = "RenameDialog ";
+    QTest::newRow("signal list") << "listWidget" << 3 << QStringList{
+        "Rename(F2)", rename, "OSD Setting", "{param=Get_OSD3}",
+        "GraphicsTest", "GraphicsTestDialog Input Graphics test",
+        "Volume Setting", "VolumnSettingDialog Volume Setting [InChannel3]",
+        "Edid", "EdidSettingDilog EDID Setting [InChannel3]",
+        "Resolution", "ResolutionSetDialog [InChannel3]"};
+    QTest::newRow("video") << "videoTable" << 5 << QStringList{
+        "Rename(F2)", rename, "Resolution", "ResolutionSetDialog [OutChannel5]",
+        "Graphics Test", "GraphicsTestDialog OutPut Graphics test"};
+    QTest::newRow("first audio") << "audioTable" << 5 << QStringList{
+        "Clear", "{param=0AUDIO5}", "Rename(F2)", rename,
+        "Audio Mode/Digital Audio", "{param=Analog_sel5/0}", "Audio Mode/Analog Audio", "{param=Analog_sel5/1}"};
+    QTest::newRow("second audio") << "hdmiAudioTable" << 105 << QStringList{
+        "Clear", "{param=0AUDIO105}", "Rename(F2)", rename,
+        "Resolution", "ResolutionSetDialog [OutChannel5]", "Graphics Test", "GraphicsTestDialog OutPut Graphics test",
+        "Audio Mode/Digital Audio", "{param=Analog_sel5/0}", "Audio Mode/Analog Audio", "{param=Analog_sel5/1}"};
+    QTest::newRow("ir") << "irTable" << 5 << QStringList{"Rename(F2)", rename, "Clear", "{param=0IR5}"};
+    QTest::newRow("joint") << "jointTable" << 1 << QStringList{
+        "Rename(F2)", rename, "Clear", "{param=0VIDEO101}",
+        "Resolution", "ResolutionSetDialog [OutChannel1]", "Graphics Test", "GraphicsTestDialog OutPut Graphics test"};
 }
 
 void tst_MainWindow::portMenus_listTheirEntriesInOrder()
 {
     QFETCH(QString, view);
+    QFETCH(int, port);
     QFETCH(QStringList, entries);
 
-    std::unique_ptr<QMenu> menu(m_window->createPortMenu(child<QWidget>(view.toLatin1())));
+    auto *widget = child<QWidget>(view.toLatin1());
+    if (auto *list = qobject_cast<ListWidget *>(widget))
+        list->setCurrentRow(port - 1);
+    else
+        qobject_cast<TableWidget *>(widget)->setCurrentItem(qobject_cast<TableWidget *>(widget)->itemForKey(port));
+
+    std::unique_ptr<QMenu> menu(m_window->createPortMenu(widget));
+    QList<QAction *> actions;
     QStringList texts;
-    for (QAction *action : menu->actions())
-        texts << action->text();
-    QCOMPARE(texts, entries);
-    if (QAction *modes = menu->actions().last(); modes->menu()) {
-        QStringList sub;
-        for (QAction *action : modes->menu()->actions())
-            sub << action->text();
-        QCOMPARE(sub, (QStringList{"Digital Audio", "Analog Audio"}));
+    for (QAction *action : menu->actions()) {
+        if (QMenu *sub = action->menu()) {
+            for (QAction *entry : sub->actions()) {
+                actions << entry;
+                texts << action->text() + "/" + entry->text();
+            }
+        } else {
+            actions << action;
+            texts << action->text();
+        }
+    }
+    QStringList expectedTexts;
+    for (int i = 0; i < entries.size(); i += 2)
+        expectedTexts << entries[i];
+    QCOMPARE(texts, expectedTexts);
+
+    for (int i = 0; i < actions.size(); ++i) {
+        const QString effect = entries[2 * i + 1];
+        QString opened;
+        QTimer::singleShot(0, this, [&opened] {
+            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                opened = QString(dialog->metaObject()->className()) + " " + dialog->windowTitle();
+                dialog->done(0);
+            }
+        });
+        actions[i]->trigger();
+        if (effect.startsWith("{param="))
+            QVERIFY2(m_sim.waitForCommand(effect.toLatin1()), qPrintable(effect));
+        else
+            QCOMPARE(opened.left(effect.size()), effect);
+    }
+}
+
+void tst_MainWindow::clear_leavesTheCellAsTheDeviceReportsIt_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("routed");
+    QTest::newRow("audio") << "audioTable" << 5 << "[5] Audio 5";
+    QTest::newRow("HDMI audio") << "hdmiAudioTable" << 105 << "[5] Audio 5";
+    QTest::newRow("ir") << "irTable" << 5 << "[5] Input 5";
+    QTest::newRow("joined wall") << "jointTable" << 1 << "[9] Input 9";
+}
+
+void tst_MainWindow::clear_leavesTheCellAsTheDeviceReportsIt()
+{
+    QFETCH(QString, table);
+    QFETCH(int, key);
+    QFETCH(QString, routed);
+
+    auto *grid = child<TableWidget>(table.toLatin1());
+    if (grid == child<TableWidget>("jointTable"))
+        m_link->sendSwitch(9, 1, DeviceModel::Wall);
+    QTRY_COMPARE(cellInput(grid, key), routed);
+    grid->setCurrentItem(grid->itemForKey(key));
+    std::unique_ptr<QMenu> menu(m_window->createPortMenu(grid));
+    const QList<QAction *> actions = menu->actions();
+    const auto clear = std::find_if(actions.begin(), actions.end(), [](QAction *a) { return a->text() == "Clear"; });
+    QVERIFY(clear != actions.end());
+    (*clear)->trigger();
+    // Blank only once the device's map says so; the device agrees after a refresh.
+    QTRY_COMPARE(cellInput(grid, key), QString());
+    QSignalSpy resolutions(m_link.get(), &MessageDistance::receiveOutChannelResolutionMapSig);
+    m_window->on_refrenshBtn_clicked();
+    QVERIFY(resolutions.wait());
+    QCOMPARE(cellInput(grid, key), QString());
+    if (table == "jointTable") {
+        for (int output = 1; output <= 9; ++output)
+            QCOMPARE(cellInput(child<TableWidget>("videoTable"), output), QString());
     }
 }
 
