@@ -7,7 +7,8 @@
 #include <QTest>
 
 // File uploads: pieces of 500 bytes on port 6666, each released by a device
-// reply, then "{param=Done}" and the device's "<ACK_1>\r\n".
+// reply, then "{param=Done}" and the device's "<ACK_1>\r\n". (A device without
+// the file port is tst_devicefaults'.)
 class tst_Upload : public QObject
 {
     Q_OBJECT
@@ -42,7 +43,7 @@ private slots:
         for (int i = 0; i < size; ++i)
             payload += char(i % 251);
         m_link->sendFile(CommandText::uploadOsd(2), payload, CommandText::done());
-        QVERIFY(m_device->waitForReceived(18));
+        QVERIFY(m_device->waitForReceived(19));
         QCOMPARE(m_device->takeReceived(), QByteArray("{param=Upload_OSD2}"));
         int sent = 0;
         for (int piece : pieces) {
@@ -83,7 +84,7 @@ private slots:
         QTRY_COMPARE(m_device->fileReceived().size(), 710);
     }
 
-    void replyWithoutAck_showsTheErrorAndKeepsWaitingForIt()
+    void replyWithoutAck_endsTheUploadOnceWithDoneAndTheError()
     {
         connectLink();
         m_link->sendFile("{param=Upload_OSD1}", QByteArray(10, 'a'), CommandText::done());
@@ -94,50 +95,69 @@ private slots:
         QTRY_COMPARE(m_messages.size(), 1);
         QCOMPARE(m_messages[0], QString::fromUtf8("NetWork Error: 传输文件过程网络发生错误！请重新上传"));
         QVERIFY(m_device->waitForReceived(12));
+        QVERIFY(!m_device->waitForReceived(13, 50)); // one Done, nothing after it
         QCOMPARE(m_device->takeReceived(), QByteArray("{param=Done}"));
         QVERIFY(!m_link->isUploading());
+        QCOMPARE(m_link->pendingUploads(), 0);
         // Still waiting: the next reply is tested for the acknowledgement as well.
         QVERIFY(m_link->isAwaitingAck());
         m_device->replyOnFile("<ACK_1>\r\n");
         QTRY_VERIFY(!m_link->isAwaitingAck());
+        QCOMPARE(m_messages.size(), 1);
     }
 
-    void uploadPortDown_refusesTheFileWithAMessage()
+    void fileConnectionDropped_nextConnectResumesWithThePendingPiece()
     {
-        delete m_device;
-        m_device = new FakeDevice(QHostAddress("127.0.0.56"), /*withFilePort=*/false);
-        connectLink(false);
-        m_link->sendFile("{param=Upload_OSD1}", QByteArray(10, 'a'), CommandText::done());
-        QCOMPARE(m_messages, QStringList{QString::fromUtf8("NetWork Error: 传输文件端口连接发生错误！")});
-        QVERIFY(!m_device->waitForReceived(1, 50));
-        QVERIFY(!m_link->isUploading());
-        QCOMPARE(m_link->pendingUploads(), 0);
+        m_link->setReconnectInterval(100);
+        connectLink();
+        m_link->sendFile(CommandText::uploadOsd(1), QByteArray(1000, 'a'), CommandText::done());
+        QTRY_COMPARE(m_device->fileReceived().size(), 500);
+        QSignalSpy reconnected(m_link, &MessageDistance::connectSuccessFulSig);
+        m_device->dropClient();
+        QVERIFY(reconnected.wait(3000));
+        QTRY_COMPARE(m_device->fileReceived().size(), 1000); // sent on connect, without waiting for a reply
+        m_device->replyOnFile("ok");
+        QVERIFY(m_device->waitForReceived(19 + 12));
+        QCOMPARE(m_device->takeReceived(), QByteArray("{param=Upload_OSD1}{param=Done}"));
+        QVERIFY(m_messages.isEmpty());
     }
 
-    void emulator_acknowledgesAWholeLogo()
+    void emulator_takesLogosBackToBack_data()
     {
+        QTest::addColumn<bool>("withheld");
+        QTest::newRow("acknowledged") << false;
+        QTest::newRow("final acknowledgement withheld") << true;
+    }
+
+    void emulator_takesLogosBackToBack()
+    {
+        QFETCH(bool, withheld);
         SimProcess sim;
-        QVERIFY(sim.start("127.0.0.57", {"--verbose"}));
+        QVERIFY(sim.start(withheld ? "127.0.0.58" : "127.0.0.57", withheld ? QStringList{"--verbose", "--no-ack"} : QStringList{"--verbose"}));
         QSignalSpy connected(m_link, &MessageDistance::connectSuccessFulSig);
         m_link->connectToDevice(sim.host(), sim.port());
         QVERIFY(connected.wait(3000));
         QTRY_VERIFY(m_link->isUploadConnected());
 
-        m_link->sendFile(CommandText::uploadOsd(3), QByteArray(4096, 'L'), CommandText::done());
-        QVERIFY(sim.waitForCommand("{param=Upload_OSD3}"));
-        QVERIFY(sim.waitForCommand("{param=Done}", 5000));
-        QTRY_VERIFY(!m_link->isAwaitingAck());
+        // Without the last acknowledgement the next logo still goes through: its
+        // first piece's acknowledgement counts.
+        for (int target : {3, 4}) {
+            m_link->sendFile(CommandText::uploadOsd(target), QByteArray(4096, 'L'), CommandText::done());
+            QVERIFY(sim.waitForCommand(CommandText::uploadOsd(target).toLatin1()));
+            QTRY_COMPARE(sim.commandLog().count("cmd: {param=Done}"), target - 2);
+            QTRY_COMPARE(m_link->isAwaitingAck(), withheld);
+        }
         QVERIFY(!m_link->isUploading());
         QVERIFY(m_messages.isEmpty());
     }
 
 private:
-    void connectLink(bool withFilePort = true)
+    void connectLink()
     {
         QSignalSpy connected(m_link, &MessageDistance::connectSuccessFulSig);
         m_link->connectToDevice(m_device->host(), m_device->port());
         QVERIFY(connected.wait(3000));
-        QTRY_VERIFY(!withFilePort || (m_link->isUploadConnected() && m_device->hasFileClient()));
+        QTRY_VERIFY(m_link->isUploadConnected() && m_device->hasFileClient());
     }
 
     FakeDevice *m_device = nullptr;
