@@ -113,6 +113,7 @@ void tst_MainWindow::init()
 
 void tst_MainWindow::cleanup()
 {
+    const QByteArray commands = m_sim.commandLog();
     m_window.reset();
     m_link.reset();
     m_model.reset();
@@ -120,6 +121,9 @@ void tst_MainWindow::cleanup()
     m_settings.reset();
     m_sim.stop();
     m_dir.reset();
+    // Everything the window sent, the device understood (but the one mode it has not).
+    QVERIFY2(!commands.contains("(not understood)") || qstrcmp(QTest::currentDataTag(), "7 sends but keeps the layout") == 0,
+             commands.constData());
 }
 
 QString tst_MainWindow::status(const char *state) const
@@ -198,6 +202,7 @@ void tst_MainWindow::dropOnEachTable_switchesTheDevice_data()
     QTest::newRow("video") << "videoTable" << 0 << 1 << 5 << QByteArray("{param=2VIDEO5}") << "[2] Input 2";
     QTest::newRow("audio from the audio entries") << "audioTable" << 2 << 11 << 6 << QByteArray("{param=3AUDIO6}") << "[3] Audio 3";
     QTest::newRow("ir") << "irTable" << 3 << 6 << 1 << QByteArray("{param=7IR1}") << "[7] Input 7";
+    QTest::newRow("HDMI audio, numbered from 101") << "hdmiAudioTable" << 2 << 11 << 105 << QByteArray("{param=3AUDIO105}") << "[3] Audio 3";
 }
 
 void tst_MainWindow::dropOnEachTable_switchesTheDevice()
