@@ -5,6 +5,7 @@
 #include "dialogs/edidsettingdilog.h"
 #include "dialogs/graphicstestdialog.h"
 #include "dialogs/resolutionsetdialog.h"
+#include "dialogs/titleorosddialog.h"
 #include "dialogs/volumnsettingdialog.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/portnaming.h"
@@ -78,7 +79,10 @@ QMenu *PortMenus::createMenu(QWidget *view)
     auto outputPatterns = [port, link, window] { GraphicsTestDialog(port, false, link, window).exec(); };
     if (view == m_views.list) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
-        menu->addAction(QCoreApplication::translate("Widget", "OSD Setting"), [port, link] { link->sendOsdQuery(port); });
+        menu->addAction(QCoreApplication::translate("Widget", "OSD Setting"), [port, model, link, window] {
+            link->sendOsdQuery(port);
+            TitleOrOsdDialog(port, model, link, window).exec();
+        });
         menu->addAction(QCoreApplication::translate("Widget", "GraphicsTest"), [port, link, window] { GraphicsTestDialog(port, true, link, window).exec(); });
         menu->addAction(QCoreApplication::translate("Widget", "Volume Setting"), [port, model, link, window] {
             VolumnSettingDialog(port, model, link, window).exec();

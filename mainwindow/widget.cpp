@@ -5,6 +5,7 @@
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
 #include "dialogs/msgdlg.h"
+#include "dialogs/titleorosddialog.h"
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
 #include "mainwindow/portmenus.h"
@@ -217,6 +218,7 @@ void Widget::on_usermanageBtn_clicked()
 void Widget::on_CaptionBtn_clicked()
 {
     m_link->sendSubtitleQuery();
+    TitleOrOsdDialog(-1, m_model, m_link, this).exec();
 }
 
 // ---- title bar and status line ---------------------------------------------------

@@ -6,6 +6,7 @@
 #include "dialogs/graphicstestdialog.h"
 #include "dialogs/resolutionsetdialog.h"
 #include "dialogs/switchcontrol.h"
+#include "dialogs/titleorosddialog.h"
 #include "dialogs/volumnsettingdialog.h"
 #include "store/portnames.h"
 #include "mainwindow/listwidget.h"
@@ -120,6 +121,10 @@ int main(int argc, char *argv[])
         ok &= save(&edid, out + "/edid" + suffix);
         VolumnSettingDialog volume(3, &model, &link);
         ok &= save(&volume, out + "/volume" + suffix);
+        TitleOrOsdDialog logo(3, &model, &link);
+        ok &= save(&logo, out + "/osd" + suffix);
+        TitleOrOsdDialog caption(-1, &model, &link);
+        ok &= save(&caption, out + "/caption" + suffix);
         QCoreApplication::removeTranslator(&translator);
     }
 

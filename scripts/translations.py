@@ -13,6 +13,32 @@ from pathlib import Path
 
 # source text -> the other language
 GLOSSARY = {
+    # caption and OSD dialog
+    "Background": "背景",
+    "Caption Setting": "字幕设置",
+    "Colours": "颜色",
+    "Content": "内容",
+    "Direction": "方向",
+    "Display": "显示效果",
+    "Erase": "擦除",
+    "Font": "字体",
+    "Left": "向左",
+    "Right": "向右",
+    "Out%1": "输出%1",
+    "Output": "输出",
+    "Picture": "图片",
+    "Position": "位置",
+    "Show": "显示",
+    "Speed": "速度",
+    "Text": "文字",
+    "Text colour": "文字颜色",
+    "Upload picture": "上传图片",
+    "Upload text": "上传文字",
+    "[Input%1]": "[输入%1]",
+    "台标字幕文件大小不能超过4K!": "The size of the logo subtitle file cannot exceed 4KB!",
+    "支持图片文件 (*.bmp *.png *.jpg *.jpeg *.tga *.tiff);; 所有文件(*.*);;": "Supported image files (*.bmp *.png *.jpg *.jpeg *.tga *.tiff);; All files(*.*);;",
+    "请选择图片路径": "Please select the image path",
+    "错误": "Error",
     # per-port setting dialogs
     "Input Graphics test": "输入测试图",
     "OutPut Graphics test": "输出测试图",

@@ -238,6 +238,137 @@
     </message>
 </context>
 <context>
+    <name>TitleOrOsdDialog</name>
+    <message>
+        <source>OSD Setting</source>
+        <translation>台标设置</translation>
+    </message>
+    <message>
+        <source>Caption Setting</source>
+        <translation>字幕设置</translation>
+    </message>
+    <message>
+        <source>Out%1</source>
+        <translation>输出%1</translation>
+    </message>
+    <message>
+        <source>[Input%1]</source>
+        <translation>[输入%1]</translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation>输出</translation>
+    </message>
+    <message>
+        <source>Display</source>
+        <translation>显示效果</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>显示</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>速度</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>向左</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>向右</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Colours</source>
+        <translation>颜色</translation>
+    </message>
+    <message>
+        <source>Text colour</source>
+        <translation>文字颜色</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>背景</translation>
+    </message>
+    <message>
+        <source>Content</source>
+        <translation>内容</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Upload text</source>
+        <translation>上传文字</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>字体</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>图片</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>浏览</translation>
+    </message>
+    <message>
+        <source>Upload picture</source>
+        <translation>上传图片</translation>
+    </message>
+    <message>
+        <source>Erase</source>
+        <translation>擦除</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>请选择图片路径</source>
+        <translation>请选择图片路径</translation>
+    </message>
+    <message>
+        <source>支持图片文件 (*.bmp *.png *.jpg *.jpeg *.tga *.tiff);; 所有文件(*.*);;</source>
+        <translation>支持图片文件 (*.bmp *.png *.jpg *.jpeg *.tga *.tiff);; 所有文件(*.*);;</translation>
+    </message>
+    <message>
+        <source>File is empty</source>
+        <translation>文件为空</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>台标字幕文件大小不能超过4K!</source>
+        <translation>台标字幕文件大小不能超过4K!</translation>
+    </message>
+    <message>
+        <source>错误</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>传输文件端口连接发生错误！</source>
+        <translation>传输文件端口连接发生错误！</translation>
+    </message>
+    <message>
+        <source>NetWork Error</source>
+        <translation>网络错误</translation>
+    </message>
+</context>
+<context>
     <name>Usermanagerdialog</name>
     <message>
         <source>User Management</source>

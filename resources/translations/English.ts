@@ -238,6 +238,137 @@
     </message>
 </context>
 <context>
+    <name>TitleOrOsdDialog</name>
+    <message>
+        <source>OSD Setting</source>
+        <translation>OSD Setting</translation>
+    </message>
+    <message>
+        <source>Caption Setting</source>
+        <translation>Caption Setting</translation>
+    </message>
+    <message>
+        <source>Out%1</source>
+        <translation>Out%1</translation>
+    </message>
+    <message>
+        <source>[Input%1]</source>
+        <translation>[Input%1]</translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation>Output</translation>
+    </message>
+    <message>
+        <source>Display</source>
+        <translation>Display</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Show</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Speed</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Direction</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>Left</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Right</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Colours</source>
+        <translation>Colours</translation>
+    </message>
+    <message>
+        <source>Text colour</source>
+        <translation>Text colour</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Background</translation>
+    </message>
+    <message>
+        <source>Content</source>
+        <translation>Content</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Upload text</source>
+        <translation>Upload text</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>Font</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Picture</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Browse</translation>
+    </message>
+    <message>
+        <source>Upload picture</source>
+        <translation>Upload picture</translation>
+    </message>
+    <message>
+        <source>Erase</source>
+        <translation>Erase</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>请选择图片路径</source>
+        <translation>Please select the image path</translation>
+    </message>
+    <message>
+        <source>支持图片文件 (*.bmp *.png *.jpg *.jpeg *.tga *.tiff);; 所有文件(*.*);;</source>
+        <translation>Supported image files (*.bmp *.png *.jpg *.jpeg *.tga *.tiff);; All files(*.*);;</translation>
+    </message>
+    <message>
+        <source>File is empty</source>
+        <translation>File is empty</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>error</translation>
+    </message>
+    <message>
+        <source>台标字幕文件大小不能超过4K!</source>
+        <translation>The size of the logo subtitle file cannot exceed 4KB!</translation>
+    </message>
+    <message>
+        <source>错误</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>传输文件端口连接发生错误！</source>
+        <translation>An error occurred in the connection of the file transfer port</translation>
+    </message>
+    <message>
+        <source>NetWork Error</source>
+        <translation>NetWork Error</translation>
+    </message>
+</context>
+<context>
     <name>Usermanagerdialog</name>
     <message>
         <source>User Management</source>
