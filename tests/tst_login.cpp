@@ -23,9 +23,8 @@ namespace {
 template<typename T = QLineEdit>
 T *child(QWidget *parent, const char *name)
 {
-    if (T *widget = parent->findChild<T *>(name))
-        return widget;
-    qFatal("no child %s", name);
+    T *widget = parent->findChild<T *>(name);
+    return widget ? widget : (qFatal("no child %s", name), nullptr);
 }
 
 void click(QWidget *parent, const char *button)
@@ -40,28 +39,13 @@ QVariant iniValue(const QString &key)
 }
 
 // After a refused save the form stays open (Add disabled): the texts are replaced, not typed on.
-void addAccount(QWidget *dialog, const QString &name, const QString &password, const QString &repeat)
+void fillAndSave(QWidget *dialog, const char *button, const QString &name, const QString &password, const QString &repeat)
 {
-    click(dialog, "btnAdd");
+    click(dialog, button);
     child(dialog, "usernameEdit")->setText(name);
     child(dialog, "passwordEdit")->setText(password);
     child(dialog, "repeatEdit")->setText(repeat);
     click(dialog, "btnSave");
-}
-
-QStringList tableNames(QWidget *dialog)
-{
-    auto *table = child<QTableWidget>(dialog, "tableWidget");
-    QStringList names;
-    for (int row = 0; row < table->rowCount(); ++row)
-        names << table->item(row, 1)->text();
-    return names;
-}
-
-void clickRow(QWidget *dialog, int row)
-{
-    auto *table = child<QTableWidget>(dialog, "tableWidget");
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualItemRect(table->item(row, 1)).center());
 }
 
 } // namespace
@@ -97,12 +81,8 @@ private slots:
         const QString answered = "connect successful but software error!";
         QTest::newRow("Return") << "ADMIN" << "tulip908" << int(Qt::Key_Return) << true << "";
         QTest::newRow("keypad Enter, no device") << "ADMIN" << "tulip908" << int(Qt::Key_Enter) << false << "";
-        QTest::newRow("login button") << "ADMIN" << "tulip908" << 0 << true << "";
-        QTest::newRow("Escape does not close") << "ADMIN" << "tulip908" << int(Qt::Key_Escape) << true << "";
         QTest::newRow("wrong password") << "ADMIN" << "tulip909" << 0 << true << answered;
-        QTest::newRow("wrong password, no device") << "ADMIN" << "tulip909" << 0 << false << "connect fail!";
         QTest::newRow("or-true password") << "ADMIN" << "' OR '1'='1" << 0 << true << answered;
-        QTest::newRow("or-true name and password") << "' OR '1'='1" << "' OR '1'='1" << 0 << false << "connect fail!";
         QTest::newRow("comment after name") << "ADMIN'--" << "x" << int(Qt::Key_Return) << false << "connect fail!";
         QTest::newRow("lower-case name") << "admin" << "tulip908" << 0 << false << "connect fail!";
     }
@@ -114,7 +94,7 @@ private slots:
         QFETCH(int, key);
         QFETCH(bool, deviceUp);
         QFETCH(QString, tip);
-        const bool accepted = tip.isEmpty() && key != Qt::Key_Escape;
+        const bool accepted = tip.isEmpty();
         FakeDevice device(QHostAddress("127.0.0.62"), false);
         if (deviceUp) {
             // The address dialog changes only memory; config.ini waits for the login.
@@ -129,11 +109,10 @@ private slots:
         dialog.open();
         child(&dialog, "usernameEdit")->setText(name);
         QTest::keyClicks(child(&dialog, "passwordEdit"), password);
+        QTest::keyClick(child(&dialog, "passwordEdit"), Qt::Key_Escape); // ignored: only the close button closes
         key ? QTest::keyClick(child(&dialog, "passwordEdit"), Qt::Key(key)) : click(&dialog, "btnLogin");
         QCOMPARE(dialog.result(), int(accepted));
         QCOMPARE(dialog.isVisible(), !accepted);
-        if (key == Qt::Key_Escape)
-            return;
         if (accepted) {
             QCOMPARE(iniValue("NetWork/Ip").toString(), deviceRecord()->deviceIp());
             QCOMPARE(iniValue("NetWork/Port").toInt(), deviceRecord()->devicePort());
@@ -146,62 +125,56 @@ private slots:
         }
         if (deviceUp)
             QTRY_VERIFY(device.hasClient());
-        // The tip clears after two seconds; an unreachable device repeats its
-        // failure on every reconnect round, so only an answered attempt settles.
+        // The tip clears after 2 s; an unreachable device repeats its failure every reconnect round.
         if (deviceUp && !accepted)
             QTRY_COMPARE_WITH_TIMEOUT(dialog.tipText(), QString(), 3000);
     }
 
-    // The remembered password must come back exactly, quotes included.
+    // The remembered password must come back exactly, quotes included, and only while remembered.
     void rememberMe_roundTripsAcrossDialogs()
     {
         const QString secret = "x'),(2,1,'y";
         QVERIFY(AccountStore::addUser("O'Brien", secret));
         AppSettings::instance()->setUsername("O'Brien");
-        for (bool remember : {true, false}) {
+        bool remembered = false; // as the previous login left it
+        for (bool remember : {true, false, false}) {
             LoginDialog dialog;
             QCOMPARE(child(&dialog, "usernameEdit")->text(), QString("O'Brien"));
-            QCOMPARE(child<QCheckBox>(&dialog, "checkBox_memory")->isChecked(), !remember);
-            QCOMPARE(child(&dialog, "passwordEdit")->text(), remember ? QString() : secret);
+            QCOMPARE(child<QCheckBox>(&dialog, "checkBox_memory")->isChecked(), remembered);
+            QCOMPARE(child(&dialog, "passwordEdit")->text(), remembered ? secret : QString());
             dialog.open();
-            child<QCheckBox>(&dialog, "checkBox_memory")->setChecked(remember);
+            child<QCheckBox>(&dialog, "checkBox_memory")->setChecked(remembered = remember);
             child(&dialog, "passwordEdit")->setText(secret);
             click(&dialog, "btnLogin");
             QCOMPARE(dialog.result(), 1);
         }
-        LoginDialog dialog;
-        QVERIFY(!child<QCheckBox>(&dialog, "checkBox_memory")->isChecked());
-        QCOMPARE(child(&dialog, "passwordEdit")->text(), QString());
     }
 
-    void userManager_checksTheForm_keepsAdmin_andDeletesOthers()
+    void userManager_addsEditsAndDeletes_butNeverAdmin()
     {
         Usermanagerdialog dialog;
         dialog.show();
-        QLabel *tip = child<QLabel>(&dialog, "tipLabel");
+        auto *table = child<QTableWidget>(&dialog, "tableWidget");
+        auto clickRow = [table](int row) { QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                                                             table->visualItemRect(table->item(row, 1)).center()); };
         // Blanks around the repeated password do not count; the quote reaches project.db intact.
-        addAccount(&dialog, "O'Brien", "it's", " it's ");
+        fillAndSave(&dialog, "btnAdd", "O'Brien", "it's", " it's ");
+        fillAndSave(&dialog, "btnAdd", "O'Brien", "pw", "pw");
+        QCOMPARE(child<QLabel>(&dialog, "tipLabel")->text(), QString("user have exsits!"));
+        fillAndSave(&dialog, "btnAdd", "op", "one", "two");
+        QCOMPARE(child<QLabel>(&dialog, "tipLabel")->text(), QString("two password not equation!"));
+        QCOMPARE(table->rowCount(), 2);
         QVERIFY(AccountStore::findUser("O'Brien", "it's"));
-        addAccount(&dialog, "O'Brien", "pw", "pw");
-        QCOMPARE(tip->text(), QString("user have exsits!"));
-        addAccount(&dialog, "op", "one", "two");
-        QCOMPARE(tip->text(), QString("two password not equation!"));
-        QCOMPARE(tableNames(&dialog), (QStringList{"ADMIN", "O'Brien"}));
-        QCOMPARE(AccountStore::allUsers().size(), 2);
-        QTRY_COMPARE_WITH_TIMEOUT(tip->text(), QString(), 3000);
 
-        // ADMIN can be neither edited nor deleted; the others can.
-        QPushButton *edit = child<QPushButton>(&dialog, "btnEdit");
-        QPushButton *del = child<QPushButton>(&dialog, "btnDel");
-        clickRow(&dialog, 1);
-        QVERIFY(edit->isEnabled() && del->isEnabled());
-        QCOMPARE(child(&dialog, "usernameEdit")->text(), QString("O'Brien"));
-        clickRow(&dialog, 0);
-        QVERIFY(!edit->isEnabled() && !del->isEnabled());
-        QCOMPARE(child(&dialog, "usernameEdit")->text(), QString());
-        clickRow(&dialog, 1);
+        clickRow(0);
+        QVERIFY(!child<QPushButton>(&dialog, "btnEdit")->isEnabled() && !child<QPushButton>(&dialog, "btnDel")->isEnabled());
+        clickRow(1);
+        fillAndSave(&dialog, "btnEdit", "O'Neil", "new", "new");
+        QCOMPARE(table->item(1, 1)->text(), QString("O'Neil"));
+        QVERIFY(AccountStore::findUser("O'Neil", "new"));
+        clickRow(1);
         click(&dialog, "btnDel");
-        QCOMPARE(tableNames(&dialog), QStringList{"ADMIN"});
+        QCOMPARE(table->rowCount(), 1);
         QCOMPARE(AccountStore::allUsers().size(), 1);
         QVERIFY(AccountStore::findUser("ADMIN", "tulip908"));
     }

@@ -1,6 +1,6 @@
 // The SQLite stores on a real project.db in a temporary folder, read back through a
 // connection of the test's own: typed text comes back literally and outlives the next
-// start, an unusable file fails every operation quietly.
+// start, a garbage file fails every operation quietly.
 #include "store/accountstore.h"
 #include "store/database.h"
 #include "store/portnamestore.h"
@@ -64,16 +64,12 @@ private slots:
                       const QStringList &rows, bool logged = false) {
             QTest::newRow(tag) << id << name << password << ok << rows << logged;
         };
-        row("add: new user", 0, "bob", "pw", true, {Admin, "2|bob|NULL|pw"});
         row("add: empty name", 0, "", "pw", false, {Admin});
         row("add: empty password", 0, "bob", "", false, {Admin});
         row("add: name taken", 0, "ADMIN", "s3cret!", false, {Admin}, true);
         row("add: quotes", 0, "O'Brien", "it's", true, {Admin, "2|O'Brien|NULL|it's"});
         row("add: statement break-out", 0, "x','y'); DROP TABLE user;--", "pw", true,
             {Admin, "2|x','y'); DROP TABLE user;--|NULL|pw"});
-        row("add: Chinese", 0, QString::fromUtf8("管理员"), QString::fromUtf8("密码"), true,
-            {Admin, QString::fromUtf8("2|管理员|NULL|密码")});
-        row("update: rename", 2, "robert", "new", true, {Admin, "2|robert|NULL|new"});
         row("update: break-out aimed at ADMIN", 2, "x',password='owned' where id=1--", "pw", true,
             {Admin, "2|x',password='owned' where id=1--|NULL|pw"});
         row("update: ADMIN's new password", 1, "ADMIN", "changed", true, {"1|ADMIN|0|changed", "2|bob|NULL|pw"});
@@ -88,8 +84,7 @@ private slots:
         QFETCH(QString, password);
         QFETCH(bool, logged);
 
-        if (id)
-            QVERIFY(AccountStore::addUser("bob", "pw"));
+        QVERIFY(!id || AccountStore::addUser("bob", "pw"));
         QTEST(id ? AccountStore::updateUser(id, name, password) : AccountStore::addUser(name, password), "ok");
         AccountStore::createTables();
         QTEST(rowsOf("select * from user"), "rows");
@@ -114,50 +109,32 @@ private slots:
     {
         QFETCH(int, kind);
         QFETCH(QString, name);
-        for (const QString &text : {QString("earlier name"), name}) {
+        for (const QString &text : {QString("earlier name"), name})
             kind == 3   ? PortNameStore::saveOutAudioPortName(3, text)
             : kind == 4 ? PortNameStore::saveOutInfarePortName(3, text)
                         : PortNameStore::savePortName(3, text, kind);
-        }
         const QMap<int, QString> loaded = kind == 3   ? PortNameStore::loadOutAudioPortNames()
                                           : kind == 4 ? PortNameStore::loadOutInfarePortNames()
                                                       : PortNameStore::loadPortNames(kind);
         QCOMPARE(loaded, (QMap<int, QString>{{3, name}}));
         // Each kind keeps to its own table.
-        if (kind != PortNameStore::VideoInput)
-            QCOMPARE(PortNameStore::loadPortNames(PortNameStore::VideoInput), (QMap<int, QString>()));
+        QCOMPARE(PortNameStore::loadPortNames(PortNameStore::VideoInput), (kind ? QMap<int, QString>() : loaded));
         QCOMPARE(rowsOf("select count(*) from InPortName where PortName is null"), QStringList{"0"});
         QCOMPARE(failures(), QStringList());
     }
 
-    // A missing folder fails at open, a garbage file at every statement; neither is
-    // created, repaired nor overwritten.
-    void unusableDatabase_failsQuietlyWithoutCrash_data()
+    // Every operation fails without a crash and leaves the file as it was; cleanup()
+    // checks that no connection stays behind.
+    void garbageDatabase_failsEveryOperationQuietly()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("content"); // written to the file first unless empty
-        QTest::newRow("folder does not exist") << "missing/project.db" << QByteArray();
-        QTest::newRow("garbage file") << "garbage.db" << QByteArray(4096, 'x');
-    }
-
-    void unusableDatabase_failsQuietlyWithoutCrash()
-    {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, content);
-        QFile garbage(m_dir->filePath(file));
-        QVERIFY(content.isEmpty() || (garbage.open(QIODevice::WriteOnly) && garbage.write(content) == content.size()));
-        garbage.close();
-        setDatabasePath(garbage.fileName());
-
-        AccountStore::createTables();
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(4096, 'x')) == 4096);
+        file.close();
         QVERIFY(!AccountStore::addUser("bob", "pw"));
-        QCOMPARE(AccountStore::allUsers(), RowList());
         // Unreadable counts as a first start: the login dialog is shown.
         QCOMPARE(AccountStore::loginModel(), 0);
-        PortNameStore::savePortName(1, "name", PortNameStore::VideoInput);
         QCOMPARE(PortNameStore::loadPortNames(PortNameStore::VideoInput), (QMap<int, QString>()));
-        QVERIFY(!QFile::exists(m_dir->filePath("missing")));
-        QVERIFY(content.isEmpty() || (garbage.open(QIODevice::ReadOnly) && garbage.readAll() == content));
+        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll() == QByteArray(4096, 'x'));
     }
 
 private:
@@ -169,12 +146,9 @@ private:
             QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "check");
             db.setDatabaseName(m_path);
             QSqlQuery query(db.open() ? sql : QString(), db);
-            while (query.next()) {
-                QStringList values;
+            for (QStringList values; query.next(); rows << values.join('|'), values.clear())
                 for (int i = 0; i < query.record().count(); ++i)
                     values << (query.isNull(i) ? QStringLiteral("NULL") : query.value(i).toString());
-                rows << values.join('|');
-            }
         }
         QSqlDatabase::removeDatabase("check");
         return rows;
