@@ -49,9 +49,15 @@ int main(int argc, char *argv[])
         QStringLiteral("Send every reply to all connected clients, like a matrix with several control panels."));
     const QCommandLineOption verboseOption(QStringLiteral("verbose"),
         QStringLiteral("Log every received command to stderr, and after it, on a line of its own, "
-                       "any state it changed that no reply reports (patterns, mute, audio mode, EDID)."));
+                       "any state it changed that no reply reports (patterns, mute, audio mode, EDID, "
+                       "uploaded pictures with their BMP size and bit depth)."));
+    const QCommandLineOption saveUploadsOption(QStringLiteral("save-uploads"),
+        QStringLiteral("Write every finished upload to dir (created if missing), one file each, named "
+                       "kind-port-sequence: osd-3-0001.bmp, caption-2-0002.bmp, edid-4-0003.bin "
+                       "(.bin for bytes that are not a BMP). Numbering goes on after files already there."),
+        QStringLiteral("dir"));
     parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
-                       dropAfterOption, broadcastOption, verboseOption});
+                       dropAfterOption, broadcastOption, verboseOption, saveUploadsOption});
     parser.process(app);
 
     SimOptions options;
@@ -76,6 +82,9 @@ int main(int argc, char *argv[])
     options.junk = parser.isSet(junkOption);
     options.verbose = parser.isSet(verboseOption);
     options.broadcast = parser.isSet(broadcastOption);
+    options.saveUploadsDir = parser.value(saveUploadsOption);
+    if (parser.isSet(saveUploadsOption) && options.saveUploadsDir.isEmpty())
+        return fail(QStringLiteral("--save-uploads needs a folder"));
 
     SimServer server(options);
     if (!server.listen())

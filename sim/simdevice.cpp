@@ -4,6 +4,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include <limits>
+
 namespace {
 
 using Outcome = SimDevice::Outcome;
@@ -391,16 +393,20 @@ SimDevice::Outcome SimDevice::handleSilentSetting(const QString &body)
     if (!capture(portSetting, body, &match) || !isPort(number(match, 2)))
         return {};
     // An upload announcement decides what the current transfer is.
-    if (match.captured(1) == QLatin1String("Update_EDID"))
-        m_edidUpload = number(match, 2);
-    else if (match.captured(1).startsWith(QLatin1String("Upload")))
-        m_edidUpload = 0;
+    const QString name = match.captured(1);
+    if (name != QLatin1String("Set_OSD")) {
+        m_uploadKind = name == QLatin1String("Update_EDID") ? UploadKind::Edid
+            : name == QLatin1String("Upload_OSD")           ? UploadKind::Osd
+                                                            : UploadKind::Caption;
+        m_uploadPort = number(match, 2);
+    }
     return silent();
 }
 
 void SimDevice::receiveFile(const QByteArray &bytes)
 {
-    if (m_transfer.size() + qint64(bytes.size()) > MaxTransfer) {
+    // Once over the limit, later pieces would leave a hole: the transfer is lost whole.
+    if (m_transferOverflow || m_transfer.size() + qint64(bytes.size()) > MaxTransfer) {
         m_transferOverflow = true;
         return;
     }
@@ -415,20 +421,91 @@ void SimDevice::startTransfer()
 
 SimDevice::Outcome SimDevice::finishTransfer()
 {
-    // Only an EDID upload is kept; OSD and caption pictures are only paced.
     Outcome outcome = silent();
-    const QByteArray input = QByteArray::number(m_edidUpload);
-    if (m_edidUpload > 0 && m_transferOverflow) {
-        outcome.note = "edid " + input + ": over " + QByteArray::number(MaxTransfer) + " bytes, kept";
-    } else if (m_edidUpload > 0 && m_transfer.isEmpty()) {
-        outcome.note = "edid " + input + ": nothing received, kept";
-    } else if (m_edidUpload > 0) {
-        m_inputEdids[m_edidUpload - 1] = m_transfer;
-        outcome.note = edidNote(m_edidUpload, m_transfer);
-    }
-    m_edidUpload = 0;
+    const UploadKind kind = m_uploadKind;
+    const int port = m_uploadPort;
+    const bool overflow = m_transferOverflow;
+    const QByteArray bytes = m_transfer;
+    m_uploadPort = 0;
     startTransfer();
+    // Without an announcement the bytes were only paced.
+    if (port == 0)
+        return outcome;
+
+    const QByteArray subject = kind == UploadKind::Edid
+        ? "edid " + QByteArray::number(port)
+        : "upload " + uploadKindName(kind) + ' ' + QByteArray::number(port);
+    // A transfer not taken leaves what the port had: a cut-off file is worse than the old one.
+    if (overflow) {
+        outcome.note = subject + ": over " + QByteArray::number(MaxTransfer) + " bytes, kept";
+        return outcome;
+    }
+    if (bytes.isEmpty()) {
+        outcome.note = subject + ": nothing received, kept";
+        return outcome;
+    }
+    m_uploads.insert({kind, port}, bytes);
+    outcome.upload = Upload{kind, port, bytes};
+    if (kind == UploadKind::Edid) {
+        m_inputEdids[port - 1] = bytes;
+        outcome.note = edidNote(port, bytes);
+        return outcome;
+    }
+    outcome.note = subject + ": " + QByteArray::number(bytes.size()) + " bytes, ";
+    const std::optional<BmpHeader> bmp = bmpHeader(bytes);
+    if (!bmp) {
+        outcome.note += "not a bmp";
+        return outcome;
+    }
+    outcome.note += "bmp " + QByteArray::number(bmp->width) + 'x' + QByteArray::number(qAbs(bmp->height)) + ", "
+        + QByteArray::number(bmp->bitCount) + " bit" + (bmp->height < 0 ? ", top-down" : "");
     return outcome;
+}
+
+std::optional<SimDevice::BmpHeader> SimDevice::bmpHeader(const QByteArray &file)
+{
+    // Little-endian fields at fixed offsets; every read is bounds-checked first.
+    auto field = [&file](int offset, int size) {
+        quint32 value = 0;
+        for (int i = size - 1; i >= 0; --i)
+            value = (value << 8) | static_cast<uchar>(file.at(offset + i));
+        return value;
+    };
+    constexpr int FileHeader = 14;
+    if (file.size() < FileHeader + 12 || !file.startsWith("BM"))
+        return std::nullopt;
+    BmpHeader header;
+    header.pixelOffset = field(10, 4);
+    const quint32 infoSize = field(14, 4);
+    if (infoSize == 12) {
+        // The old core header: 16-bit sizes, always bottom-up.
+        header.width = qint32(field(18, 2));
+        header.height = qint32(field(20, 2));
+        header.bitCount = int(field(24, 2));
+    } else if (infoSize >= 40 && file.size() >= FileHeader + qint64(infoSize)) {
+        header.width = qint32(field(18, 4));
+        header.height = qint32(field(22, 4));
+        header.bitCount = int(field(28, 2));
+    } else {
+        return std::nullopt;
+    }
+    static const QSet<int> bitCounts = {1, 2, 4, 8, 16, 24, 32};
+    // INT_MIN has no magnitude to show.
+    if (header.width <= 0 || header.height == 0 || header.height == std::numeric_limits<qint32>::min()
+        || !bitCounts.contains(header.bitCount) || header.pixelOffset < FileHeader + infoSize
+        || header.pixelOffset > quint32(file.size()))
+        return std::nullopt;
+    return header;
+}
+
+QByteArray SimDevice::uploadKindName(UploadKind kind)
+{
+    switch (kind) {
+    case UploadKind::Osd: return "osd";
+    case UploadKind::Caption: return "caption";
+    case UploadKind::Edid: return "edid";
+    }
+    return QByteArray();
 }
 
 QByteArray SimDevice::outputEdid(int output) const

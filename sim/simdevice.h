@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QMap>
+#include <QPair>
 #include <QString>
 #include <QVector>
 
@@ -22,12 +24,33 @@ enum class SimModel { Orxm200, Orxm100 };
 class SimDevice
 {
 public:
+    enum class UploadKind { Osd, Caption, Edid };
+
+    // A transfer the device took: the file-port bytes up to "{param=Done}",
+    // announced by Upload_OSD<port>, Upload_Subtitle<port> or Update_EDID<port>.
+    struct Upload
+    {
+        UploadKind kind = UploadKind::Osd;
+        int port = 0;
+        QByteArray bytes;
+    };
+
     struct Outcome
     {
         QList<QByteArray> frames; // written back to back, in this order
         bool understood = false;  // a command the device knows, even if silent
         bool uploadDone = false;  // "{param=Done}": acknowledge on the file port
         QByteArray note;          // state no frame reports, one line for the verbose log
+        std::optional<Upload> upload; // the transfer this "{param=Done}" ended, if taken
+    };
+
+    // What the verbose log says of an uploaded picture.
+    struct BmpHeader
+    {
+        quint32 pixelOffset = 0;
+        qint32 width = 0;
+        qint32 height = 0;  // positive: rows stored bottom-up
+        int bitCount = 0;
     };
 
     explicit SimDevice(SimModel model = SimModel::Orxm200);
@@ -56,8 +79,14 @@ public:
     int audioMode(int output) const { return m_audioModes.value(audioIndex(output)); } // 1: analog
     QByteArray inputEdid(int input) const { return m_inputEdids.value(input - 1); }
     QByteArray outputEdid(int output) const;
+    // The last transfer taken for that kind and port, byte for byte; empty
+    // when none. Default keeps it: it records what arrived, not what is shown.
+    QByteArray lastUpload(UploadKind kind, int port) const { return m_uploads.value({kind, port}); }
 
     static quint32 crc32(const QByteArray &bytes);
+    // Decodes the file and info headers of a BMP; nullopt when the bytes are not one.
+    static std::optional<BmpHeader> bmpHeader(const QByteArray &file);
+    static QByteArray uploadKindName(UploadKind kind); // "osd", "caption", "edid"
 
 private:
     struct Overlay
@@ -124,5 +153,7 @@ private:
     QHash<int, Routing> m_presets;
     QByteArray m_transfer;
     bool m_transferOverflow = false;
-    int m_edidUpload = 0;     // input announced by Update_EDID; 0: the transfer is not an EDID
+    UploadKind m_uploadKind = UploadKind::Osd;
+    int m_uploadPort = 0;     // port of the last announcement; 0: none, the bytes are only paced
+    QMap<QPair<UploadKind, int>, QByteArray> m_uploads;
 };

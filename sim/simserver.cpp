@@ -1,6 +1,9 @@
 #include "simserver.h"
 
+#include <QDir>
 #include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSaveFile>
 #include <QTcpSocket>
 
 #include <cstdio>
@@ -209,13 +212,17 @@ void SimServer::onReadyRead(QTcpSocket *socket)
     QByteArray command;
     while (session->cutter.next(&command)) {
         const SimDevice::Outcome outcome = m_device.handle(command);
+        QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
+        if (!outcome.note.isEmpty())
+            line += outcome.note + '\n';
         if (m_options.verbose) {
-            QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
-            if (!outcome.note.isEmpty())
-                line += outcome.note + '\n';
             std::fputs(line.constData(), stderr);
             std::fflush(stderr);
         }
+        emit logged(line);
+        // Saved before the closing acknowledgement: a sender that has it finds the file.
+        if (outcome.upload && !m_options.saveUploadsDir.isEmpty())
+            saveUpload(*outcome.upload);
         for (const QByteArray &frame : outcome.frames)
             out += (m_options.junk ? junk() : QByteArray()) + frame;
         if (outcome.uploadDone && m_options.finalAck)
@@ -257,4 +264,37 @@ QByteArray SimServer::junk() const
     for (int i = 0; i < length; ++i)
         bytes += alphabet.at(random->bounded(alphabet.size()));
     return bytes;
+}
+
+void SimServer::saveUpload(const SimDevice::Upload &upload)
+{
+    QDir dir(m_options.saveUploadsDir);
+    if (!dir.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "orvex-sim: cannot create %s, upload not saved\n", qPrintable(dir.path()));
+        std::fflush(stderr);
+        return;
+    }
+    if (m_savedUploads < 0) {
+        // Numbering goes on after an earlier run's files instead of replacing them.
+        static const QRegularExpression saved(QStringLiteral(R"(^(osd|caption|edid)-\d+-(\d+)\.(bmp|bin)$)"));
+        m_savedUploads = 0;
+        for (const QString &name : dir.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+            const QRegularExpressionMatch match = saved.match(name);
+            if (match.hasMatch())
+                m_savedUploads = qMax(m_savedUploads, match.captured(2).toInt());
+        }
+    }
+    const bool bmp = upload.kind != SimDevice::UploadKind::Edid && SimDevice::bmpHeader(upload.bytes);
+    const QString name = QStringLiteral("%1-%2-%3.%4")
+                             .arg(QString::fromLatin1(SimDevice::uploadKindName(upload.kind)))
+                             .arg(upload.port)
+                             .arg(++m_savedUploads, 4, 10, QLatin1Char('0'))
+                             .arg(bmp ? QStringLiteral("bmp") : QStringLiteral("bin"));
+    // QSaveFile: a reader never sees half a file, and a failed write leaves none.
+    QSaveFile file(dir.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(upload.bytes) != upload.bytes.size() || !file.commit()) {
+        std::fprintf(stderr, "orvex-sim: cannot save %s: %s\n", qPrintable(file.fileName()),
+                     qPrintable(file.errorString()));
+        std::fflush(stderr);
+    }
 }

@@ -23,6 +23,7 @@ struct SimOptions
     int dropAfter = 0;        // close a command connection after this many commands; 0: never
     bool verbose = false;     // log every received command, and the state it changed, to stderr
     bool broadcast = false;   // replies go to every connected client
+    QString saveUploadsDir;   // every finished upload is written here as a file; empty: not kept
 };
 
 // The file port: takes one upload connection at a time and paces it the way
@@ -80,6 +81,10 @@ public:
     // The device behind both ports, e.g. for a test to read an uploaded EDID.
     const SimDevice &device() const { return m_device; }
 
+signals:
+    // The lines --verbose writes to stderr for one command, emitted with or without it.
+    void logged(const QByteArray &lines);
+
 private:
     struct Session
     {
@@ -91,6 +96,7 @@ private:
     void onNewConnection();
     void onReadyRead(QTcpSocket *socket);
     QByteArray junk() const;
+    void saveUpload(const SimDevice::Upload &upload);
 
     SimOptions m_options;
     SimDevice m_device;
@@ -98,4 +104,5 @@ private:
     FileChannel m_files;
     QHash<QTcpSocket *, Session> m_sessions;
     QString m_error;
+    int m_savedUploads = -1;  // sequence number of the last file saved; -1: folder not read yet
 };

@@ -151,6 +151,36 @@ private slots:
         QTRY_COMPARE((acks += file.readAll()), FileChannel::Ack.repeated(3));
         QCOMPARE(server.device().inputEdid(6), edid);
     }
+
+    void osdUpload_isSavedByteForByteAndItsBmpHeaderLogged()
+    {
+        const QString host = QStringLiteral("127.0.0.43");
+        QTemporaryDir dir;
+        SimOptions options;
+        options.host = QHostAddress(host);
+        options.port = 0;
+        options.saveUploadsDir = dir.filePath("new"); // created by the first save
+        QByteArray log, acks;
+        QTcpSocket commands, file;
+        SimServer server(options);
+        QVERIFY2(server.listen(), qPrintable(server.errorString()));
+        connect(&server, &SimServer::logged, this, [&log](const QByteArray &lines) { log += lines; });
+        commands.connectToHost(host, server.commandPort());
+        file.connectToHost(host, FileChannel::Port);
+        QTRY_VERIFY(commands.state() == QAbstractSocket::ConnectedState && file.state() == QAbstractSocket::ConnectedState);
+        // 120x45, 1 bit, bottom-up: the shape of the application's overlay pictures.
+        const QByteArray bmp = QByteArray::fromHex("424d0e030000000000003e00000028000000780000002d0000000100010000000000d0020000"
+                                                   "0000000000000000020000000200000000000000ffffff00") + QByteArray(720, '\x5a');
+        commands.write("{param=Upload_OSD3}");
+        file.write(bmp);
+        QTRY_COMPARE((acks += file.readAll()), FileChannel::Ack.repeated(2));
+        commands.write("{param=Done}");
+        QTRY_COMPARE((acks += file.readAll()), FileChannel::Ack.repeated(3)); // saved before this one
+        QCOMPARE(log, "cmd: {param=Upload_OSD3}\ncmd: {param=Done}\nupload osd 3: 782 bytes, bmp 120x45, 1 bit\n");
+        QFile saved(dir.filePath("new/osd-3-0001.bmp"));
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(saved.readAll(), bmp);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_Sim)
