@@ -1,6 +1,7 @@
 #include "device/messagedistance.h"
 
 #include "device/commandtext.h"
+#include "device/logexcerpt.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -9,6 +10,14 @@
 
 namespace {
 MessageDistance *g_instance = nullptr;
+
+// Bounds on what a device can make the link hold: the socket's own buffer, the
+// parser's backlog of cut-but-unannounced bytes, and announced replies the
+// receiving thread has not handled yet. Past them reading pauses, and TCP
+// makes the device wait.
+constexpr qint64 SocketReadBuffer = 256 * 1024;
+constexpr int ParserBacklogBytes = 1024 * 1024;
+constexpr int UnhandledRepliesLimit = 256;
 
 void stopInstanceWorker()
 {
@@ -36,13 +45,23 @@ MessageDistance::MessageDistance(QObject *parent)
     setObjectName(QStringLiteral("ReplyParser"));
     m_commandSocket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
 
-    connect(&m_commandSocket, &QTcpSocket::readyRead, this,
-            [this] { receiveDataSlot(m_commandSocket.readAll()); });
+    m_commandSocket.setReadBufferSize(SocketReadBuffer);
+    connect(&m_commandSocket, &QTcpSocket::readyRead, this, &MessageDistance::readCommandSocket);
     connect(&m_uploadSocket, &QTcpSocket::errorOccurred, this,
             [this] { m_reconnectTimer->start(); });
     m_reconnectTimer = new QTimer(this);
     connect(m_reconnectTimer, &QTimer::timeout, this, &MessageDistance::reconnectRound);
     connect(&m_uploadSocket, &QTcpSocket::connected, this, &MessageDistance::onUploadConnected);
+    // A file connection lost in the middle of a file cannot resume it: the
+    // device would take the rest without its opening command.
+    connect(&m_uploadSocket, &QTcpSocket::disconnected, this, [this] {
+        if (m_uploading || m_awaitingAck)
+            failTransfer();
+    });
+    m_uploadWatchdog = new QTimer(this);
+    m_uploadWatchdog->setSingleShot(true);
+    m_uploadWatchdog->setInterval(UploadReplyTimeoutMs);
+    connect(m_uploadWatchdog, &QTimer::timeout, this, &MessageDistance::failTransfer);
     connect(&m_uploadSocket, &QTcpSocket::readyRead, this, &MessageDistance::onUploadReadyRead);
     connect(&m_commandSocket, &QTcpSocket::errorOccurred, this, &MessageDistance::onCommandSocketTrouble);
     connect(&m_commandSocket, &QTcpSocket::disconnected, this, &MessageDistance::onCommandSocketTrouble);
@@ -127,7 +146,9 @@ void MessageDistance::onCommandSocketTrouble()
 
 void MessageDistance::onUploadConnected()
 {
-    m_reconnectTimer->stop();
+    // Only the command connection ends the retries: it may still be down.
+    if (m_commandSocket.state() == QAbstractSocket::ConnectedState)
+        m_reconnectTimer->stop();
     if (m_uploadQueue.isEmpty())
         return;
     const UploadItem item = m_uploadQueue.takeFirst();
@@ -146,21 +167,20 @@ void MessageDistance::onUploadReadyRead()
     const QString text = QString::fromLatin1(zero < 0 ? data : data.left(zero));
     qDebug() << "OsdUploadSocket receive:" << text;
 
+    if (!m_uploading && !m_awaitingAck && m_uploadQueue.isEmpty())
+        return;  // nothing in flight: a late or stray answer changes nothing
     if (m_awaitingAck) {
         if (!text.contains(QLatin1String("<ACK_1>\r\n"))) {
-            showMessage(tr("传输文件过程网络发生错误！请重新上传"), tr("NetWork Error"));
-            sendDoneCommand();
-            m_uploadQueue.clear();
-            m_uploading = false;
-            // The flag stays set: the next reply is tested for the acknowledgement too.
+            failTransfer();
             return;
         }
         m_awaitingAck = false;
     }
     if (m_uploadQueue.isEmpty()) {
-        m_uploading = false;
+        endTransfer();
         return;
     }
+    m_uploadWatchdog->start();
     // One reply releases one piece, together with the commands queued in front of it.
     while (!m_uploadQueue.first().first.isEmpty()) {
         const QString command = m_uploadQueue.takeFirst().first;
@@ -169,14 +189,16 @@ void MessageDistance::onUploadReadyRead()
             m_awaitingAck = true;
         if (m_uploadQueue.isEmpty()) {
             m_uploading = false;
+            if (!m_awaitingAck)
+                m_uploadWatchdog->stop();
             return;
         }
         if (m_awaitingAck)
             return; // a file queued behind starts only once this one is acknowledged
     }
     if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
-        // The piece stays at the head; the next connect resumes from it.
         qDebug() << "upload fail! osd upload socket connect fail!";
+        failTransfer();
         reconnectUploadSocket();
         return;
     }
@@ -222,6 +244,31 @@ void MessageDistance::sendFile(const QString &command, const QByteArray &payload
     }
     if (!doneCommand.isEmpty())
         m_uploadQueue.append({doneCommand, QByteArray()});
+    if (!m_uploadQueue.isEmpty())
+        m_uploadWatchdog->start();
+}
+
+void MessageDistance::setUploadReplyTimeout(int ms)
+{
+    m_uploadWatchdog->setInterval(ms);
+}
+
+void MessageDistance::failTransfer()
+{
+    // Once per transfer: one message, one closing command, nothing left waiting.
+    // Without a command connection there is nobody to close the transfer with.
+    endTransfer();
+    showMessage(tr("传输文件过程网络发生错误！请重新上传"), tr("NetWork Error"));
+    if (m_commandSocket.state() == QAbstractSocket::ConnectedState)
+        sendDoneCommand();
+}
+
+void MessageDistance::endTransfer()
+{
+    m_uploadWatchdog->stop();
+    m_uploadQueue.clear();
+    m_uploading = false;
+    m_awaitingAck = false;
 }
 
 void MessageDistance::sendDoneCommand()
@@ -278,10 +325,26 @@ void MessageDistance::showMessage(const QString &text, const QString &title)
         m_presentMessage(text, title);
 }
 
+bool MessageDistance::backlogFull() const
+{
+    return m_parser.bufferedBytes() > ParserBacklogBytes || m_unhandledReplies.load() > UnhandledRepliesLimit;
+}
+
+void MessageDistance::readCommandSocket()
+{
+    {
+        QMutexLocker locker(&m_bufferMutex);
+        m_readingPaused = backlogFull();
+        if (m_readingPaused)
+            return;  // the worker resumes reading once it has caught up
+    }
+    receiveDataSlot(m_commandSocket.readAll());
+}
+
 void MessageDistance::receiveDataSlot(const QByteArray &array)
 {
     QMutexLocker locker(&m_bufferMutex);
-    qDebug() << "receive  data:" << array;
+    qDebug() << "receive  data:" << logExcerpt(array);
     m_parser.append(array);
     if (m_parser.hasCompleteFrame())
         m_bufferChanged.wakeOne();
@@ -302,7 +365,14 @@ void MessageDistance::run()
             continue;
         }
         // The buffer stays locked while one frame is decoded and announced.
+        ++m_unhandledReplies;
         emitReply(reply);
+        // Runs on the receiving thread after the reply's own slots: then it is handled.
+        QMetaObject::invokeMethod(this, [this] {
+            --m_unhandledReplies;
+            if (m_readingPaused)
+                readCommandSocket();
+        }, Qt::QueuedConnection);
         // One frame per pass: let the receiving side append between frames.
         locker.unlock();
         locker.relock();

@@ -94,6 +94,9 @@ public:
     // PieceSize released one per device reply, then the closing command, after
     // which the device must acknowledge with "<ACK_1>\r\n".
     static constexpr int PieceSize = 500;
+    // A transfer whose device stays silent this long has failed.
+    static constexpr int UploadReplyTimeoutMs = 10000;
+    void setUploadReplyTimeout(int ms);
     void sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand);
     void sendDoneCommand();
     void sendUploadCommand(int target);
@@ -144,6 +147,10 @@ private:
     void emitReply(const ParsedReply &reply);
     void showMessage(const QString &text, const QString &title);
     void reconnectUploadSocket();
+    void failTransfer();
+    void endTransfer();
+    void readCommandSocket();
+    bool backlogFull() const;
 
     ReplyParser m_parser;        // the receive buffer; guarded by m_bufferMutex
     QTcpSocket m_commandSocket;
@@ -153,6 +160,7 @@ private:
     QMutex m_bufferMutex;
     QWaitCondition m_bufferChanged;
     QTimer *m_reconnectTimer = nullptr;
+    QTimer *m_uploadWatchdog = nullptr;
     int m_unused1 = 0;
     std::atomic<int> m_replyState{2};
     QList<UploadItem> m_uploadQueue;
@@ -161,5 +169,9 @@ private:
     bool m_stop = false;         // guarded by m_bufferMutex
     bool m_uploading = false;
     bool m_awaitingAck = false;
+    // Backpressure: frames announced but not yet handled by the receiving
+    // thread, and whether reading stopped to let the parser or the window catch up.
+    std::atomic<int> m_unhandledReplies{0};
+    bool m_readingPaused = false;
     MessagePresenter m_presentMessage;
 };

@@ -1,5 +1,7 @@
 #include "device/replyparser.h"
 
+#include "device/logexcerpt.h"
+
 #include <QDebug>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -161,7 +163,7 @@ ParsedReply ReplyParser::decode(const QByteArray &rawFrame)
     const QJsonDocument document = QJsonDocument::fromJson(reply.frame, &error);
     if (error.error != QJsonParseError::NoError) {
         reply.error = error.errorString();
-        qDebug() << "json format parse error!raw data:" << reply.frame << "error:" << reply.error;
+        qDebug() << "json format parse error!raw data:" << logExcerpt(reply.frame) << "error:" << reply.error;
         return reply;
     }
     reply.ok = true;

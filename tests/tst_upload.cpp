@@ -99,27 +99,46 @@ private slots:
         QCOMPARE(m_device->takeReceived(), QByteArray("{param=Done}"));
         QVERIFY(!m_link->isUploading());
         QCOMPARE(m_link->pendingUploads(), 0);
-        // Still waiting: the next reply is tested for the acknowledgement as well.
-        QVERIFY(m_link->isAwaitingAck());
-        m_device->replyOnFile("<ACK_1>\r\n");
-        QTRY_VERIFY(!m_link->isAwaitingAck());
+        QVERIFY(!m_link->isAwaitingAck());
+        // The transfer is over: further answers neither fail it again nor send anything.
+        m_device->replyOnFile("garbage");
+        m_link->sendVersionQuery();
+        QVERIFY(m_device->waitForReceived(15));
+        QCOMPARE(m_device->takeReceived(), QByteArray("{param=version}"));
         QCOMPARE(m_messages.size(), 1);
     }
 
-    void fileConnectionDropped_nextConnectResumesWithThePendingPiece()
+    void silentDevice_endsTheUploadAfterItsTimeout()
+    {
+        connectLink();
+        m_link->setUploadReplyTimeout(200);
+        m_link->sendFile("{param=Upload_OSD1}", QByteArray(700, 'a'), CommandText::done());
+        QTRY_COMPARE(m_messages.size(), 1);
+        QCOMPARE(m_messages[0], QString::fromUtf8("NetWork Error: 传输文件过程网络发生错误！请重新上传"));
+        QVERIFY(!m_link->isUploading());
+        QCOMPARE(m_link->pendingUploads(), 0);
+        QCOMPARE(m_device->fileReceived().size(), 500);
+    }
+
+    void fileConnectionDropped_endsTheUploadWithTheError()
     {
         m_link->setReconnectInterval(100);
         connectLink();
         m_link->sendFile(CommandText::uploadOsd(1), QByteArray(1000, 'a'), CommandText::done());
         QTRY_COMPARE(m_device->fileReceived().size(), 500);
+        QVERIFY(m_device->waitForReceived(19));
+        m_device->takeReceived();
         QSignalSpy reconnected(m_link, &MessageDistance::connectSuccessFulSig);
         m_device->dropClient();
+        QTRY_COMPARE(m_messages.size(), 1);
         QVERIFY(reconnected.wait(3000));
-        QTRY_COMPARE(m_device->fileReceived().size(), 1000); // sent on connect, without waiting for a reply
-        m_device->replyOnFile("ok");
-        QVERIFY(m_device->waitForReceived(19 + 12));
-        QCOMPARE(m_device->takeReceived(), QByteArray("{param=Upload_OSD1}{param=Done}"));
-        QVERIFY(m_messages.isEmpty());
+        // Nothing of the file is sent again without its opening command.
+        QTRY_VERIFY(m_link->isUploadConnected());
+        m_link->sendVersionQuery();
+        QVERIFY(m_device->waitForReceived(15));
+        QCOMPARE(m_device->takeReceived(), QByteArray("{param=version}"));
+        QCOMPARE(m_device->fileReceived().size(), 500);
+        QCOMPARE(m_link->pendingUploads(), 0);
     }
 
     void emulator_takesLogosBackToBack_data()
