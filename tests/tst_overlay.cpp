@@ -5,6 +5,7 @@
 #include "dialogs/titleorosddialog.h"
 #include "fakedevice.h"
 #include "resources/guiresources.h"
+#include "sim/simserver.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -54,6 +55,8 @@ private slots:
     void stateReports_setControlsSilently();
     void uploads_refuseWhatTheDeviceCannotTake_data();
     void uploads_refuseWhatTheDeviceCannotTake();
+    void uploads_reachTheEmulatorAsEncoded_data();
+    void uploads_reachTheEmulatorAsEncoded();
 
 private:
     QByteArray sentSoFar();
@@ -277,6 +280,72 @@ void tst_Overlay::uploads_refuseWhatTheDeviceCannotTake()
     QCOMPARE(sentSoFar(), QByteArray());
     QVERIFY(m_device.fileReceived().isEmpty());
     QCOMPARE(noFilePort.received(), QByteArray());
+}
+
+void tst_Overlay::uploads_reachTheEmulatorAsEncoded_data()
+{
+    QTest::addColumn<int>("target");
+    QTest::addColumn<QString>("savedAs");
+    QTest::newRow("caption typed in the dialog") << -1 << "caption-2-0001.bmp";
+    QTest::newRow("logo from a picture") << 4 << "osd-4-0001.bmp";
+}
+
+void tst_Overlay::uploads_reachTheEmulatorAsEncoded()
+{
+    QFETCH(int, target);
+    QFETCH(QString, savedAs);
+
+    QTemporaryDir saved;
+    SimOptions options;
+    options.host = QHostAddress("127.0.0.66");
+    options.port = 0;
+    options.saveUploadsDir = saved.path();
+    SimServer device(options);
+    QVERIFY2(device.listen(), qPrintable(device.errorString()));
+    MessageDistance link;
+    QSignalSpy connected(&link, &MessageDistance::connectSuccessFulSig);
+    link.connectToDevice("127.0.0.66", device.commandPort());
+    QVERIFY(connected.wait());
+    QTRY_VERIFY(link.isUploadConnected());
+
+    TitleOrOsdDialog dialog(target, &m_model, &link);
+    QString bitmap;
+    if (target == -1) {
+        dialog.findChild<QComboBox *>("outputComboBox")->setCurrentIndex(1);
+        dialog.findChild<QComboBox *>("fontSizeComboBox")->setCurrentText("100");
+        dialog.findChild<QLineEdit *>("textEdit")->setText(QString::fromUtf8("Hi 你好"));
+        dialog.findChild<QPushButton *>("uploadCharBtn")->click();
+        bitmap = "ConversionProcessing/CharacterLogo/CharImage.bmp";
+    } else {
+        QImage picture(64, 20, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        const QString source = m_workDir.filePath("logo.png");
+        QVERIFY(picture.save(source));
+        dialog.findChild<QLineEdit *>("imagePathEdit")->setText(source);
+        dialog.findChild<QPushButton *>("uploadImgBtn")->click();
+        bitmap = "ConversionProcessing/Subtitle/SendlocalImage.bmp";
+    }
+    QFile file(saved.filePath(savedAs));
+    QTRY_VERIFY_WITH_TIMEOUT(file.exists(), 10000);
+    QTRY_VERIFY(!link.isAwaitingAck());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QCOMPARE(bytes, BitmapConversion::encodedBmp(bitmap));
+    const QImage received = QImage::fromData(bytes, "bmp");
+    QCOMPARE(received.depth(), 1);
+    QCOMPARE(received.size(), QImage(bitmap).size());
+
+    // A setting made in the dialog is what the device reports when it is opened again.
+    target == -1 ? link.sendSubtitleQuery() : link.sendOsdQuery(target);
+    dialog.findChild<QCheckBox *>("IsShowCheck")->click();
+    dialog.findChild<QSlider *>("speedSplider")->setValue(9);
+    emit dialog.findChild<QSlider *>("speedSplider")->sliderReleased();
+    TitleOrOsdDialog reopened(target, &m_model, &link);
+    QSignalSpy report(&link, &MessageDistance::receiveTitleImfSig);
+    target == -1 ? link.sendSubtitleQuery() : link.sendOsdQuery(target);
+    QVERIFY(report.wait());
+    QVERIFY(reopened.findChild<QCheckBox *>("IsShowCheck")->isChecked());
+    QCOMPARE(reopened.findChild<QSlider *>("speedSplider")->value(), 9);
 }
 
 QTEST_MAIN(tst_Overlay)
