@@ -1,7 +1,10 @@
 #include "app/appsettings.h"
 
 #include <QCoreApplication>
+#include <QDebug>
+#include <QHostAddress>
 #include <QMutex>
+#include <QRegularExpression>
 
 namespace {
 // Section spelled "NetWork" on purpose: existing config.ini files use it.
@@ -48,17 +51,41 @@ void AppSettings::setLanguage(int language)
     m_settings.sync();
 }
 
+void AppSettings::reportUnusable(const char *key, const QString &text, const QString &fallback) const
+{
+    const QString entry = QLatin1String(key) + QLatin1Char('=') + text;
+    if (m_reported.contains(entry))
+        return;
+    m_reported << entry;
+    qWarning().noquote() << QString("config.ini: %1 \"%2\" is unusable, using %3").arg(key, text, fallback);
+}
+
 QString AppSettings::ip() const
 {
     const QString ip = m_settings.value(KeyIp).toString();
-    return ip.isEmpty() ? QString(DefaultIp) : ip;
+    if (ip.isEmpty())
+        return DefaultIp;
+    // An address or a host name; "ip:port" and the like would never connect.
+    static const QRegularExpression hostName(
+            QStringLiteral("^[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?(\\.[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?)*$"));
+    if (QHostAddress(ip).isNull() && !hostName.match(ip).hasMatch()) {
+        reportUnusable(KeyIp, ip, DefaultIp);
+        return DefaultIp;
+    }
+    return ip;
 }
 
 int AppSettings::port() const
 {
-    // Missing, non-numeric and 0 all fall back to the default port.
-    const int port = m_settings.value(KeyPort).toString().toInt(nullptr, 10);
-    return port == 0 ? DefaultPort : port;
+    // Missing, non-numeric and 0 all fall back to the default port, and so does
+    // a number no TCP port has (70000 would otherwise wrap to 4464).
+    const QString text = m_settings.value(KeyPort).toString();
+    const int port = text.toInt(nullptr, 10);
+    if (port >= 1 && port <= 65535)
+        return port;
+    if (!text.isEmpty())
+        reportUnusable(KeyPort, text, QString::number(DefaultPort));
+    return DefaultPort;
 }
 
 QString AppSettings::username() const

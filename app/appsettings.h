@@ -3,6 +3,7 @@
 #include <QMap>
 #include <QSettings>
 #include <QString>
+#include <QStringList>
 
 // The process-wide settings store: config.ini beside the executable plus the
 // little state that only lives in memory (who is logged in, link state).
@@ -34,7 +35,11 @@ public:
     QString fileName() const { return m_settings.fileName(); }
 
 private:
+    // Logs an unusable stored value once, not at every read.
+    void reportUnusable(const char *key, const QString &text, const QString &fallback) const;
+
     mutable QSettings m_settings;
+    mutable QStringList m_reported;
     QString m_currentUser;
     int m_connectionState = Connecting;
     int m_reserved = 0;

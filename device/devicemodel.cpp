@@ -51,18 +51,18 @@ void DeviceModel::apply(ReplySignal signal, const QJsonObject &reply)
     }
     case ReplySignal::VideoMap: {
         const int mode = r->joinMode();
-        setVideoMap(DeviceState::intMap(reply, "video"));
+        setVideoMap(DeviceState::routeMap(reply, "video", r->modelFlag()));
         r->setJoinMode(reply.value("mode").toVariant().toInt());
         if (r->joinMode() != mode)
             emit joinModeChanged(r->joinMode());
         break;
     }
     case ReplySignal::AudioMap:
-        replaceIfChanged(r, this, DeviceState::intMap(reply, "audio"), &DeviceRecord::audioMap, &DeviceRecord::setAudioMap,
+        replaceIfChanged(r, this, DeviceState::routeMap(reply, "audio", r->modelFlag()), &DeviceRecord::audioMap, &DeviceRecord::setAudioMap,
                          &DeviceModel::audioMapChanged);
         break;
     case ReplySignal::IrMap:
-        replaceIfChanged(r, this, DeviceState::intMap(reply, "IR"), &DeviceRecord::irMap, &DeviceRecord::setIrMap,
+        replaceIfChanged(r, this, DeviceState::routeMap(reply, "IR", r->modelFlag()), &DeviceRecord::irMap, &DeviceRecord::setIrMap,
                          &DeviceModel::irMapChanged);
         break;
     case ReplySignal::InputState:

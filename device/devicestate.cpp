@@ -1,6 +1,10 @@
 #include "device/devicestate.h"
 
+#include <QDebug>
 #include <QJsonArray>
+#include <QRegularExpression>
+
+#include <cmath>
 
 namespace DeviceState {
 
@@ -15,6 +19,64 @@ QMap<int, int> intMap(const QJsonObject &reply, const QString &prefix)
     QMap<int, int> map;
     for (auto it = reply.begin(); it != reply.end(); ++it)
         map.insert(portOfKey(it.key(), prefix), it.value().toVariant().toInt());
+    return map;
+}
+
+namespace {
+// Ports of each kind on the model: inputs and outputs alike.
+int modelPorts(int modelFlag)
+{
+    return modelFlag == 0 ? 8 : 9;
+}
+
+// A JSON number or a decimal text that is a whole number; false for anything
+// else, so 2.5 or 4294967298 can never be taken for some smaller port.
+bool wholeNumber(const QJsonValue &value, qint64 *number)
+{
+    if (value.isDouble()) {
+        const double d = value.toDouble();
+        if (std::floor(d) != d || std::fabs(d) > 1e15)
+            return false;
+        *number = qint64(d);
+        return true;
+    }
+    bool ok = false;
+    if (value.isString())
+        *number = value.toString().toLongLong(&ok, 10);
+    return ok;
+}
+
+void reportIgnored(const QString &key, const QJsonValue &value)
+{
+    qWarning().noquote() << QString("device reply: %1 = %2 is not a port of this model, ignored")
+                                    .arg(key, value.toVariant().toString());
+}
+} // namespace
+
+QMap<int, int> routeMap(const QJsonObject &reply, const QString &prefix, int modelFlag)
+{
+    static const QRegularExpression digit(QStringLiteral("[0-9]"));
+    const int ports = modelPorts(modelFlag);
+    QMap<int, int> map;
+    for (auto it = reply.begin(); it != reply.end(); ++it) {
+        const QStringList parts = it.key().split(prefix, Qt::SkipEmptyParts);
+        const QString number = parts.isEmpty() ? QString() : parts.last();
+        bool isNumber = false;
+        const int output = number.toInt(&isNumber, 10);
+        if (!isNumber && !number.contains(digit)) {
+            // No number at all: port 0, read as it always was.
+            map.insert(0, it.value().toVariant().toInt());
+            continue;
+        }
+        const bool knownOutput = (output >= 1 && output <= ports)
+                || (prefix == QLatin1String("audio") && output >= 101 && output <= 100 + ports);
+        qint64 input = -1;
+        if (!isNumber || !knownOutput || !wholeNumber(it.value(), &input) || input < 0 || input > ports) {
+            reportIgnored(it.key(), it.value());
+            continue;
+        }
+        map.insert(output, int(input));
+    }
     return map;
 }
 
@@ -54,7 +116,7 @@ int storeVersion(DeviceRecord *record, const QJsonObject &reply)
 
 void storeVideoMap(DeviceRecord *record, const QJsonObject &reply)
 {
-    record->setVideoMap(intMap(reply, "video"));
+    record->setVideoMap(routeMap(reply, "video", record->modelFlag()));
     record->setJoinMode(reply.value("mode").toVariant().toInt());
 }
 

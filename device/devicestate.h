@@ -15,6 +15,11 @@ namespace DeviceState {
 int portOfKey(const QString &key, const QString &prefix);
 
 QMap<int, int> intMap(const QJsonObject &reply, const QString &prefix);
+// A video ("video"), audio ("audio") or IR ("IR") map: output -> input. Outputs
+// and inputs the model of `modelFlag` does not have (1..9, 1..8 for flag 0; the
+// HDMI audio outputs from 101) and values that are no whole number are dropped
+// with a log line. Members without a number ("mode") stay under port 0.
+QMap<int, int> routeMap(const QJsonObject &reply, const QString &prefix, int modelFlag);
 QMap<int, QString> textMap(const QJsonObject &reply, const QString &prefix);
 // Only the text "true" counts as a signal.
 QMap<int, bool> signalMap(const QJsonObject &reply);

@@ -7,6 +7,7 @@
 #include "dialogs/basewidget.h"
 #include "login/loginsettingdialog.h"
 #include "store/accountstore.h"
+#include "store/database.h"
 
 #include <QKeyEvent>
 
@@ -84,6 +85,8 @@ void LoginDialog::on_btnLogin_clicked()
     // Credentials are checked locally only; the connection attempt goes on either way.
     if (accounts.findUser(name, ui->passwordEdit->text()))
         done(1);
+    else if (probeDatabase(databasePath()) != StoreState::Readable)
+        showTip(tr("account database unreadable!"));  // not the operator's typing
     else
         showTip(tr("username or password error!"));
 }

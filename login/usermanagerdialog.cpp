@@ -88,9 +88,11 @@ void Usermanagerdialog::on_btnEdit_clicked()
 
 void Usermanagerdialog::on_btnDel_clicked()
 {
-    AccountStore().deleteUser(currentId());
+    const bool saved = AccountStore().deleteUser(currentId());
     setState(Idle);
     loadUsers();
+    if (!saved)
+        showTip(tr("the change could not be saved!"));
 }
 
 void Usermanagerdialog::on_btnSave_clicked()
@@ -102,18 +104,22 @@ void Usermanagerdialog::on_btnSave_clicked()
         return;
     }
     AccountStore accounts;
+    bool saved = false;
     if (m_adding) {
         if (m_names.contains(name)) {
             showTip(QStringLiteral("user have exsits!"));
             return;
         }
-        accounts.addUser(name, password);
+        saved = accounts.addUser(name, password);
     } else {
-        accounts.updateUser(currentId(), name, password);
+        saved = accounts.updateUser(currentId(), name, password);
     }
-    // The store's verdict is not shown: the reloaded list tells the truth.
+    // The reloaded list shows the real state; a refused write is also said, so
+    // it is never mistaken for a saved one.
     loadUsers();
     setState(Selected);
+    if (!saved)
+        showTip(tr("the change could not be saved!"));
 }
 
 void Usermanagerdialog::on_btnClose_clicked()

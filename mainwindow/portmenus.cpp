@@ -4,6 +4,7 @@
 #include "device/messagedistance.h"
 #include "dialogs/edidsettingdilog.h"
 #include "dialogs/graphicstestdialog.h"
+#include "dialogs/msgdlg.h"
 #include "dialogs/resolutionsetdialog.h"
 #include "dialogs/titleorosddialog.h"
 #include "dialogs/volumnsettingdialog.h"
@@ -11,9 +12,11 @@
 #include "mainwindow/portnaming.h"
 #include "mainwindow/renamedialog.h"
 #include "mainwindow/tablewidget.h"
+#include "store/database.h"
 #include "store/portnames.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QKeyEvent>
 #include <QMenu>
 
@@ -141,29 +144,36 @@ void PortMenus::renameCurrentPort(QWidget *view)
     const int port = currentPort(view);
     if (!view || port <= 0)
         return;
+    // Told once the rename dialog has closed, so the message stands on its own.
+    bool saved = true;
     if (view == m_views.list) {
         const bool audio = m_views.list->currentItem()->data(ListWidget::TypeRole).toInt() == 1;
         const PortNames::Kind kind = audio ? PortNames::AudioInput : PortNames::VideoInput;
         const QString name = m_names->name(kind, port);
         RenameDialog dialog(name, m_window);
-        connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, kind](const QString &newName) {
-            applyPortName(m_views.list, m_names, kind, newName);
-            emit inputRenamed();
+        connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, kind, &saved](const QString &newName) {
+            saved = applyPortName(m_views.list, m_names, kind, newName);
+            if (saved)
+                emit inputRenamed();
         });
         dialog.exec();
+        if (!saved)
+            reportUnsavedName();
         return;
     }
     auto *table = qobject_cast<TableWidget *>(view);
     if (!table)
         return;
     RenameDialog dialog(table->outputName(port), m_window);
-    connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, table, port](const QString &newName) {
-        if (table == m_views.audio || table == m_views.hdmiAudio) {
-            m_names->rename(PortNames::AudioOutput, port, newName);
-        } else if (table == m_views.ir) {
-            m_names->rename(PortNames::IrOutput, port, newName);
-        } else {
-            m_names->rename(PortNames::VideoOutput, port, newName);
+    connect(&dialog, &RenameDialog::Sig_SetNewName, this, [this, table, port, &saved](const QString &newName) {
+        const bool audio = table == m_views.audio || table == m_views.hdmiAudio;
+        const PortNames::Kind kind = audio ? PortNames::AudioOutput
+                                     : table == m_views.ir ? PortNames::IrOutput
+                                                           : PortNames::VideoOutput;
+        saved = m_names->rename(kind, port, newName);
+        if (!saved)
+            return;
+        if (kind == PortNames::VideoOutput) {
             // Video outputs are the joined wall's outputs too.
             m_views.video->setOutputName(port, newName);
             m_views.joint->setOutputName(port, newName);
@@ -171,4 +181,13 @@ void PortMenus::renameCurrentPort(QWidget *view)
         table->setOutputName(port, newName);
     });
     dialog.exec();
+    if (!saved)
+        reportUnsavedName();
+}
+
+void PortMenus::reportUnsavedName() const
+{
+    MsgDlg::showMessage(QCoreApplication::translate("Widget", "The new name could not be saved in %1; the old name is kept.")
+                                .arg(QDir::toNativeSeparators(databasePath())),
+                        QCoreApplication::translate("Widget", "Database Error"), m_window);
 }

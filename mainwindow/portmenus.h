@@ -45,6 +45,8 @@ private:
     int currentPort(QWidget *view) const;
     void showMenu(QWidget *view, const QPoint &pos);
     void renameCurrentPort(QWidget *view);
+    // project.db refused a new name: the old one stays, and the operator is told.
+    void reportUnsavedName() const;
 
     Views m_views;
     const DeviceModel *m_model;

@@ -4,13 +4,14 @@
 
 #include <QListWidget>
 
-void applyPortName(QListWidget *list, PortNames *names, PortNames::Kind kind, const QString &name)
+bool applyPortName(QListWidget *list, PortNames *names, PortNames::Kind kind, const QString &name)
 {
     QListWidgetItem *item = list->currentItem();
     if (!item)
-        return;
+        return true;
     const int port = item->data(Qt::UserRole).toString().toInt();
-    names->rename(kind, port, name);
+    if (!names->rename(kind, port, name))
+        return false;
     // The leading blank is part of the label operators know.
     item->setText(QString(" [%1] %2").arg(port).arg(name));
 
@@ -21,4 +22,5 @@ void applyPortName(QListWidget *list, PortNames *names, PortNames::Kind kind, co
         emit hub->Sig_RenameInputSignals(port);
         emit hub->Sig_RenameInputAudioSignals(port);
     }
+    return true;
 }

@@ -12,6 +12,7 @@
 #include "mainwindow/routingpages.h"
 #include "mainwindow/settingspage.h"
 #include "mainwindow/sigmanager.h"
+#include "mainwindow/storecheck.h"
 #include "store/accountstore.h"
 
 #include <QApplication>
@@ -60,7 +61,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     ui->tabWidget->setAttribute(Qt::WA_StyledBackground);
 
     connect(m_model, &DeviceModel::volumesChanged, SigManager::instance(), &SigManager::Sig_UpdateVolumes);
-    AccountStore::createTables();
+    openAccountStore(this);
 
     m_pages = new RoutingPages({ui->listWidget, ui->tabWidget, ui->videoTable, ui->jointTable, ui->audioTable,
                                 ui->hdmiAudioTable, ui->irTable,

@@ -160,6 +160,15 @@ GLOSSARY = {
         "OrvexMatrixControl  用户:%3  IP:%1  端口:%2 已断开",
     "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connected":
         "OrvexMatrixControl  用户:%3  IP:%1  端口:%2 已连接",
+    # project.db that cannot be read or written
+    "Database Error": "数据库错误",
+    "The database %1 is locked by another program. Accounts and port names can be neither read nor saved until it is released.":
+        "数据库 %1 被其他程序锁定。在其释放之前，账户和端口名称既不能读取也不能保存。",
+    "The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.":
+        "无法读取数据库 %1：文件已损坏或不是数据库。账户和端口名称既不能读取也不能保存。",
+    "account database unreadable!": "账户数据库无法读取！",
+    "The new name could not be saved in %1; the old name is kept.": "新名称无法保存到 %1，保留原名称。",
+    "the change could not be saved!": "更改未能保存！",
 }
 
 CJK = re.compile(r"[\u3000-\u9fff\uff00-\uffef]")

@@ -1,8 +1,12 @@
 #include "store/accountstore.h"
 
-void AccountStore::createTables()
+StoreState AccountStore::createTables()
 {
     const QString path = databasePath();
+    // Every statement would fail on such a file, each after its own wait.
+    const StoreState state = probeDatabase(path);
+    if (state != StoreState::Readable)
+        return state;
     // Each statement runs even if the one before failed. The seeding is ignored
     // while a row named ADMIN exists: a changed password survives restarts, a
     // deleted ADMIN comes back with the default one.
@@ -23,6 +27,7 @@ void AccountStore::createTables()
                               " isRemember integer,"
                               " password text )"),
                path);
+    return state;
 }
 
 bool AccountStore::addUser(const QString &name, const QString &password)

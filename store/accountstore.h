@@ -12,7 +12,8 @@ class AccountStore
 {
 public:
     // Creates the three tables and seeds ADMIN unless a row of that name exists.
-    static void createTables();
+    // A locked or unreadable file is left alone; the result says which it was.
+    static StoreState createTables();
 
     // False at once when name or password is empty; false when the name is taken.
     static bool addUser(const QString &name, const QString &password);

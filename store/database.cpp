@@ -19,6 +19,11 @@ QMutex &pathMutex()
     return mutex;
 }
 
+// SQLite's own wait for a locked file. Qt's 5 s default, paid by every statement
+// of a start, kept the window away for more than a minute; a lock that outlasts
+// this is reported instead.
+const char BusyTimeout[] = "QSQLITE_BUSY_TIMEOUT=200";
+
 QString &storedPath()
 {
     static QString path;
@@ -35,6 +40,7 @@ bool withConnection(const QString &dbPath, const std::function<bool(QSqlQuery &)
     QSqlDatabase db = QSqlDatabase::contains(name) ? QSqlDatabase::database(name, true)
                                                    : QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
     db.setDatabaseName(dbPath);
+    db.setConnectOptions(QLatin1String(BusyTimeout));
     if (!db.open()) {
         db.close();
         db = QSqlDatabase();
@@ -103,6 +109,25 @@ bool executeSql(const QString &sql, const QVariantList &values, const QString &d
                  << query.lastError().text() << "\n" << "sql statement:" << sql;
         return false;
     });
+}
+
+StoreState probeDatabase(const QString &dbPath)
+{
+    StoreState state = StoreState::Unreadable;
+    const bool opened = withConnection(dbPath, [&](QSqlQuery &query) {
+        if (query.exec(QStringLiteral("select count(*) from sqlite_master"))) {
+            state = StoreState::Readable;
+            return true;
+        }
+        // SQLITE_BUSY (5) and SQLITE_LOCKED (6): another connection holds the file.
+        const QString code = query.lastError().nativeErrorCode();
+        state = code == QLatin1String("5") || code == QLatin1String("6") ? StoreState::Locked : StoreState::Unreadable;
+        qWarning() << "database check failed:" << dbPath << query.lastError().text();
+        return true;
+    });
+    if (!opened)
+        qWarning() << "database check failed:" << dbPath << "cannot be opened";
+    return state;
 }
 
 RowList selectRows(const QString &sql, const QVariantList &values, int columns, const QString &dbPath)

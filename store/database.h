@@ -12,6 +12,9 @@ using SqlRow = QVector<QVariant>;
 // when the statement failed.
 using RowList = QList<SqlRow>;
 
+// What one quick read of project.db finds.
+enum class StoreState { Readable, Locked, Unreadable };
+
 // project.db beside the executable, built once and then kept for the process.
 QString databasePath();
 // For tests and tools: points every later statement at another file. An empty
@@ -26,6 +29,11 @@ bool executeSql(const QString &sql, const QString &dbPath);
 // Everything a user typed goes this way and never into the statement text.
 // A null string is bound as empty text, as a pasted '' always was.
 bool executeSql(const QString &sql, const QVariantList &values, const QString &dbPath);
+
+// Reads the schema once, waiting no longer than the short busy timeout: Locked
+// when another program holds the file, Unreadable when it cannot be opened or is
+// no SQLite database at all.
+StoreState probeDatabase(const QString &dbPath);
 
 // Runs one read and collects columns 0 .. columns-1 of every row. A failed
 // statement is logged and yields what was collected: nothing.

@@ -1,5 +1,6 @@
 #include "store/portnames.h"
 
+#include "store/database.h"
 #include "store/portnamestore.h"
 
 #include <QCoreApplication>
@@ -7,7 +8,9 @@
 PortNames::PortNames(QObject *parent)
     : QObject(parent)
 {
-    PortNameStore::createPortNameTables();
+    // A locked or unreadable file would only make the five statements wait and fail.
+    if (probeDatabase(databasePath()) == StoreState::Readable)
+        PortNameStore::createPortNameTables();
 }
 
 void PortNames::loadInputs(int inputs)
@@ -35,19 +38,22 @@ QMap<int, QString> PortNames::names(Kind kind) const
     return {};
 }
 
-void PortNames::rename(Kind kind, int port, const QString &name)
+bool PortNames::rename(Kind kind, int port, const QString &name)
 {
     switch (kind) {
     case VideoInput:
-        PortNameStore::savePortName(port, name, PortNameStore::VideoInput);
+        if (!PortNameStore::savePortName(port, name, PortNameStore::VideoInput))
+            return false;
         m_inputs.insert(port, name);
-        break;
+        return true;
     case AudioInput:
-        PortNameStore::savePortName(port, name, PortNameStore::AudioInput);
+        if (!PortNameStore::savePortName(port, name, PortNameStore::AudioInput))
+            return false;
         m_audioInputs.insert(port, name);
-        break;
-    case VideoOutput: PortNameStore::savePortName(port, name, PortNameStore::VideoOutput); break;
-    case AudioOutput: PortNameStore::saveOutAudioPortName(port, name); break;
-    case IrOutput: PortNameStore::saveOutInfarePortName(port, name); break;
+        return true;
+    case VideoOutput: return PortNameStore::savePortName(port, name, PortNameStore::VideoOutput);
+    case AudioOutput: return PortNameStore::saveOutAudioPortName(port, name);
+    case IrOutput: return PortNameStore::saveOutInfarePortName(port, name);
     }
+    return false;
 }

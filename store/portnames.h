@@ -25,8 +25,9 @@ public:
     QMap<int, QString> names(Kind kind) const;
     QString name(Kind kind, int port) const { return names(kind).value(port); }
 
-    // Stores the name; an input's name is shown at once.
-    void rename(Kind kind, int port, const QString &name);
+    // Stores the name; an input's name is shown at once. False when project.db
+    // refused it: the name is then neither stored nor shown.
+    bool rename(Kind kind, int port, const QString &name);
 
 private:
     QMap<int, QString> m_inputs;

@@ -37,32 +37,29 @@ void PortNameStore::createPortNameTables()
                path);
 }
 
-void PortNameStore::savePortName(int port, const QString &name, int kind)
+bool PortNameStore::savePortName(int port, const QString &name, int kind)
 {
     // Unlike loading, an unknown kind is not taken for the video outputs.
     switch (kind) {
     case VideoInput:
-        saveName("InPortName", port, name);
-        break;
+        return saveName("InPortName", port, name);
     case VideoOutput:
-        saveName("OutPortName", port, name);
-        break;
+        return saveName("OutPortName", port, name);
     case AudioInput:
-        saveName("InAudioName", port, name);
-        break;
+        return saveName("InAudioName", port, name);
     default:
-        break;
+        return false;
     }
 }
 
-void PortNameStore::saveOutAudioPortName(int port, const QString &name)
+bool PortNameStore::saveOutAudioPortName(int port, const QString &name)
 {
-    saveName("OutAudioPortName", port, name);
+    return saveName("OutAudioPortName", port, name);
 }
 
-void PortNameStore::saveOutInfarePortName(int port, const QString &name)
+bool PortNameStore::saveOutInfarePortName(int port, const QString &name)
 {
-    saveName("OutInfarePortName", port, name);
+    return saveName("OutInfarePortName", port, name);
 }
 
 QMap<int, QString> PortNameStore::loadPortNames(int kind)

@@ -16,9 +16,10 @@ public:
 
     // Kinds 0, 1 and 2; any other kind writes nothing. A later name for the same
     // port replaces the earlier one; an empty name is stored as empty text.
-    static void savePortName(int port, const QString &name, int kind);
-    static void saveOutAudioPortName(int port, const QString &name);
-    static void saveOutInfarePortName(int port, const QString &name);
+    // True when the name reached project.db.
+    static bool savePortName(int port, const QString &name, int kind);
+    static bool saveOutAudioPortName(int port, const QString &name);
+    static bool saveOutInfarePortName(int port, const QString &name);
 
     // Kind 0 and 2 read their tables; every other kind reads the video outputs.
     static QMap<int, QString> loadPortNames(int kind);

@@ -157,6 +157,10 @@
         <source>connect fail!</source>
         <translation>连接失败！</translation>
     </message>
+    <message>
+        <source>account database unreadable!</source>
+        <translation>账户数据库无法读取！</translation>
+    </message>
 </context>
 <context>
     <name>LoginSettingDialog</name>
@@ -422,6 +426,10 @@
         <source>two password not equation!</source>
         <translation>两次输入的密码不一致！</translation>
     </message>
+    <message>
+        <source>the change could not be saved!</source>
+        <translation>更改未能保存！</translation>
+    </message>
 </context>
 <context>
     <name>VolumnSettingDialog</name>
@@ -627,6 +635,22 @@
     <message>
         <source>Input %1</source>
         <translation>输入 %1</translation>
+    </message>
+    <message>
+        <source>The new name could not be saved in %1; the old name is kept.</source>
+        <translation>新名称无法保存到 %1，保留原名称。</translation>
+    </message>
+    <message>
+        <source>Database Error</source>
+        <translation>数据库错误</translation>
+    </message>
+    <message>
+        <source>The database %1 is locked by another program. Accounts and port names can be neither read nor saved until it is released.</source>
+        <translation>数据库 %1 被其他程序锁定。在其释放之前，账户和端口名称既不能读取也不能保存。</translation>
+    </message>
+    <message>
+        <source>The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.</source>
+        <translation>无法读取数据库 %1：文件已损坏或不是数据库。账户和端口名称既不能读取也不能保存。</translation>
     </message>
 </context>
 </TS>

@@ -157,6 +157,10 @@
         <source>connect fail!</source>
         <translation>connect fail!</translation>
     </message>
+    <message>
+        <source>account database unreadable!</source>
+        <translation>account database unreadable!</translation>
+    </message>
 </context>
 <context>
     <name>LoginSettingDialog</name>
@@ -422,6 +426,10 @@
         <source>two password not equation!</source>
         <translation>two password not equation!</translation>
     </message>
+    <message>
+        <source>the change could not be saved!</source>
+        <translation>the change could not be saved!</translation>
+    </message>
 </context>
 <context>
     <name>VolumnSettingDialog</name>
@@ -627,6 +635,22 @@
     <message>
         <source>Input %1</source>
         <translation>Input %1</translation>
+    </message>
+    <message>
+        <source>The new name could not be saved in %1; the old name is kept.</source>
+        <translation>The new name could not be saved in %1; the old name is kept.</translation>
+    </message>
+    <message>
+        <source>Database Error</source>
+        <translation>Database Error</translation>
+    </message>
+    <message>
+        <source>The database %1 is locked by another program. Accounts and port names can be neither read nor saved until it is released.</source>
+        <translation>The database %1 is locked by another program. Accounts and port names can be neither read nor saved until it is released.</translation>
+    </message>
+    <message>
+        <source>The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.</source>
+        <translation>The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.</translation>
     </message>
 </context>
 </TS>
