@@ -3,6 +3,7 @@
 #include "device/devicemodel.h"
 #include "device/devicerecord.h"
 #include "device/messagedistance.h"
+#include "dialogs/msgdlg.h"
 #include "dialogs/switchcontrol.h"
 #include "store/accountstore.h"
 
@@ -35,7 +36,13 @@ SettingsPage::SettingsPage(const Views &views, DeviceModel *model, MessageDistan
                                    m_views.mac->text());
         m_link->sendNetInfoQuery();
     });
-    connect(views.factoryReset, &QPushButton::clicked, link, &MessageDistance::sendFactoryDefault);
+    // One click would wipe a device in use: ask first, naming the device.
+    connect(views.factoryReset, &QPushButton::clicked, this, [this] {
+        const QString text = tr("Reset the device at %1 to its factory settings? Its routes and settings are lost.")
+                                 .arg(m_link->host());
+        if (MsgDlg::showMessage(text, tr("Factory reset"), m_views.factoryReset->window()) == 1)
+            m_link->sendFactoryDefault();
+    });
     connect(views.buzzer, &SwitchControl::toggled, link, &MessageDistance::sendBell);
     {
         const QSignalBlocker blocker(views.noLogin);

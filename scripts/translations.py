@@ -13,6 +13,9 @@ from pathlib import Path
 
 # source text -> the other language
 GLOSSARY = {
+    # factory reset confirmation
+    "Reset the device at %1 to its factory settings? Its routes and settings are lost.": "将地址为 %1 的设备恢复出厂设置？设备上的切换和设置都将丢失。",
+    "Factory reset": "恢复出厂设置",
     # caption and OSD dialog
     "Background": "背景",
     "Caption Setting": "字幕设置",

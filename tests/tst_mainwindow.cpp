@@ -1,6 +1,7 @@
 #include "app/appsettings.h"
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
+#include "dialogs/msgdlg.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
@@ -53,6 +54,7 @@ private slots:
     void statusLine_followsDeviceStopAndRestart();
     void eightOutputModel_showsEightCellsAndAFourByTwoFace();
     void restoreOrMaximise_twiceReturnsToNormal();
+    void factoryReset_asksFirst();
 
 private:
     template<typename T>
@@ -503,6 +505,25 @@ void tst_MainWindow::restoreOrMaximise_twiceReturnsToNormal()
     QTest::mouseClick(button, Qt::LeftButton);
     QTRY_VERIFY(!m_window->isMaximized());
     QVERIFY(button->styleSheet().contains(":/Images/window/fullscreen.png"));
+}
+
+void tst_MainWindow::factoryReset_asksFirst()
+{
+    auto *reset = child<QPushButton>("factoryResetBtn");
+    for (int answer : {0, 1}) {
+        QString asked;
+        QTimer::singleShot(0, this, [&asked, answer] {
+            auto *box = qobject_cast<MsgDlg *>(QApplication::activeModalWidget());
+            QVERIFY(box);
+            asked = box->text();
+            box->done(answer);
+        });
+        reset->click();
+        QVERIFY2(asked.contains("127.0.0.31"), qPrintable(asked));
+    }
+    // Only the confirmed click reached the device.
+    QVERIFY(m_sim.waitForCommand("{param=Default}"));
+    QCOMPARE(m_sim.commandLog().count("cmd: {param=Default}"), 1);
 }
 
 QTEST_MAIN(tst_MainWindow)

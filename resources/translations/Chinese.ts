@@ -242,6 +242,17 @@
     </message>
 </context>
 <context>
+    <name>SettingsPage</name>
+    <message>
+        <source>Reset the device at %1 to its factory settings? Its routes and settings are lost.</source>
+        <translation>将地址为 %1 的设备恢复出厂设置？设备上的切换和设置都将丢失。</translation>
+    </message>
+    <message>
+        <source>Factory reset</source>
+        <translation>恢复出厂设置</translation>
+    </message>
+</context>
+<context>
     <name>TitleOrOsdDialog</name>
     <message>
         <source>OSD Setting</source>

@@ -242,6 +242,17 @@
     </message>
 </context>
 <context>
+    <name>SettingsPage</name>
+    <message>
+        <source>Reset the device at %1 to its factory settings? Its routes and settings are lost.</source>
+        <translation>Reset the device at %1 to its factory settings? Its routes and settings are lost.</translation>
+    </message>
+    <message>
+        <source>Factory reset</source>
+        <translation>Factory reset</translation>
+    </message>
+</context>
+<context>
     <name>TitleOrOsdDialog</name>
     <message>
         <source>OSD Setting</source>
