@@ -3,32 +3,22 @@
 #include <QImage>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 namespace {
-const QColor Red(200, 40, 40), Green(40, 160, 60), Violet(90, 90, 200);
+const QColor Red(200, 40, 40), Green(40, 160, 60), Violet(90, 90, 200), Blue(15, 115, 168), Grey(190, 190, 190),
+    Black(Qt::black), White(Qt::white);
 
 // Parent that counts the presses its switch lets through.
-class Host : public QWidget
-{
-public:
+struct Host : QWidget {
+    void mousePressEvent(QMouseEvent *event) override { ++presses; QWidget::mousePressEvent(event); }
     int presses = 0;
-
-protected:
-    void mousePressEvent(QMouseEvent *event) override
-    {
-        ++presses;
-        QWidget::mousePressEvent(event);
-    }
 };
 
-// Empty when `actual` is within 2 per channel of `colour` drawn at `opacity` over white.
-QString mismatch(const QColor &actual, const QColor &colour, qreal opacity = 1.0)
+// True when `actual` is within 2 per channel of `colour` drawn at `opacity` over white.
+bool near(const QColor &actual, const QColor &colour, qreal opacity = 1.0)
 {
-    const auto near = [&](int got, int top) { return qAbs(got - (top * opacity + 255 * (1 - opacity))) <= 2; };
-    if (near(actual.red(), colour.red()) && near(actual.green(), colour.green()) && near(actual.blue(), colour.blue()))
-        return {};
-    return QString("got %1 for %2 at %3").arg(actual.name(), colour.name()).arg(opacity);
+    const auto close = [&](int got, int top) { return qAbs(got - (top * opacity + 255 * (1 - opacity))) <= 2; };
+    return close(actual.red(), colour.red()) && close(actual.green(), colour.green()) && close(actual.blue(), colour.blue());
 }
 } // namespace
 
@@ -39,100 +29,64 @@ class tst_SwitchControl : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
+    void click_togglesOnlyWithLeftButtonWhenEnabled_andSettlesInItsColours_data()
     {
-        m_host = new Host;
-        m_switch = new SwitchControl(m_host);
-        m_switch->resize(m_switch->sizeHint());
-        m_host->resize(m_switch->sizeHint());
-        m_host->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_host));
-    }
-    void cleanup() { delete m_host; }
-
-    void release_togglesOnlyForLeftButtonOnEnabledSwitch_data()
-    {
+        QTest::addColumn<bool>("startOn");
         QTest::addColumn<Qt::MouseButton>("button");
         QTest::addColumn<bool>("enabled");
-        QTest::addColumn<bool>("toggles");
-
-        QTest::newRow("left button on enabled switch") << Qt::LeftButton << true << true;
-        QTest::newRow("right button") << Qt::RightButton << true << false;
-        QTest::newRow("left button on disabled switch") << Qt::LeftButton << false << false;
-    }
-
-    void release_togglesOnlyForLeftButtonOnEnabledSwitch()
-    {
-        QFETCH(Qt::MouseButton, button);
-        QFETCH(bool, enabled);
-        QFETCH(bool, toggles);
-        m_switch->setEnabled(enabled);
-        QSignalSpy toggled(m_switch, &SwitchControl::toggled);
-
-        QTest::mousePress(m_switch, button);
-        QVERIFY(toggled.isEmpty());
-        // A press the switch takes must not reach the parent; any other does.
-        QCOMPARE(m_host->presses, toggles ? 0 : 1);
-
-        QTest::mouseRelease(m_switch, button);
-        QCOMPARE(m_switch->isChecked(), toggles);
-        QCOMPARE(toggled.count(), toggles ? 1 : 0);
-        QCOMPARE(m_switch->findChild<QTimer *>()->isActive(), toggles); // the slide starts
-    }
-
-    void rendering_showsTrackAtItsOpacityAndAnOpaqueThumb_data()
-    {
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<bool>("checked");
-        QTest::addColumn<bool>("customColours"); // background Red, checked Green, disabled Violet
+        QTest::addColumn<bool>("custom"); // background Red, checked Green, disabled Violet
+        QTest::addColumn<bool>("on");
         QTest::addColumn<QColor>("track");
         QTest::addColumn<qreal>("opacity");
         QTest::addColumn<QColor>("thumb");
 
-        const QColor blue(15, 115, 168), grey(190, 190, 190);
-        QTest::newRow("off") << true << false << false << QColor(Qt::black) << 0.8 << QColor(Qt::white);
-        QTest::newRow("on") << true << true << false << blue << 0.6 << blue;
-        QTest::newRow("disabled while on keeps the background track")
-            << false << true << false << QColor(Qt::black) << 0.26 << grey;
-        QTest::newRow("custom checked colour when on") << true << true << true << Green << 0.6 << Green;
-        QTest::newRow("custom background and disabled colour") << false << false << true << Red << 0.26 << Violet;
+        QTest::newRow("left click turns it on") << false << Qt::LeftButton << true << false << true << Blue << 0.6 << Blue;
+        QTest::newRow("left click slides it back off") << true << Qt::LeftButton << true << false << false << Black << 0.8 << White;
+        QTest::newRow("right click goes to the parent") << false << Qt::RightButton << true << false << false << Black << 0.8 << White;
+        QTest::newRow("disabled while on") << true << Qt::LeftButton << false << false << true << Black << 0.26 << Grey;
+        QTest::newRow("custom checked colour") << false << Qt::LeftButton << true << true << true << Green << 0.6 << Green;
+        QTest::newRow("custom disabled colours") << false << Qt::LeftButton << false << true << false << Red << 0.26 << Violet;
     }
 
-    void rendering_showsTrackAtItsOpacityAndAnOpaqueThumb()
+    void click_togglesOnlyWithLeftButtonWhenEnabled_andSettlesInItsColours()
     {
-        QFETCH(bool, enabled);
-        QFETCH(bool, checked);
-        QFETCH(bool, customColours);
-        QFETCH(QColor, track);
-        QFETCH(qreal, opacity);
-        QFETCH(QColor, thumb);
-        if (customColours) {
-            m_switch->setBackgroundColor(Red);
-            m_switch->setCheckedColor(Green);
-            m_switch->setDisabledColor(Violet);
+        QFETCH(bool, startOn); QFETCH(Qt::MouseButton, button); QFETCH(bool, enabled); QFETCH(bool, custom);
+        QFETCH(bool, on); QFETCH(QColor, track); QFETCH(qreal, opacity); QFETCH(QColor, thumb);
+        Host host;
+        auto *control = new SwitchControl(&host);
+        control->resize(control->sizeHint());
+        host.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&host));
+        if (custom) {
+            control->setBackgroundColor(Red);
+            control->setCheckedColor(Green);
+            control->setDisabledColor(Violet);
         }
-        m_switch->setEnabled(enabled);
-        QSignalSpy slid(m_switch, &SwitchControl::toggledAfter); // at rest at its end
-        m_switch->setChecked(checked);
-        QVERIFY(slid.wait(5000));
+        if (startOn) {
+            control->setChecked(true);
+            QVERIFY(QSignalSpy(control, &SwitchControl::toggledAfter).wait(5000));
+        }
+        QSignalSpy slid(control, &SwitchControl::toggledAfter); // the thumb at rest at its end
+        control->setEnabled(enabled);
+        QSignalSpy toggled(control, &SwitchControl::toggled);
 
-        QImage image(m_switch->size(), QImage::Format_ARGB32);
+        const bool toggles = on != startOn;
+        QTest::mouseClick(control, button);
+        QCOMPARE(host.presses, toggles ? 0 : 1); // a press the switch takes stays with it
+        QCOMPARE(control->isChecked(), on);
+        QCOMPARE(toggled.count(), int(toggles));
+        if (toggles)
+            QVERIFY(slid.wait(5000));
+
+        QImage image(control->size(), QImage::Format_ARGB32);
         image.fill(Qt::white);
-        m_switch->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        control->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
         // The thumb is a disc as tall as the widget centred at (11, 11) or (25, 11);
         // 7 px up and right of the centre is still inside it.
-        const int centre = checked ? 25 : 11;
-        QString wrong = mismatch(image.pixelColor(checked ? 8 : 30, 11), track, opacity);
-        QVERIFY2(wrong.isEmpty(), qPrintable("track: " + wrong));
-        for (const QPoint &at : {QPoint(centre, 11), QPoint(centre + 7, 4)}) {
-            wrong = mismatch(image.pixelColor(at), thumb);
-            QVERIFY2(wrong.isEmpty(), qPrintable(QString("thumb at %1,%2: %3").arg(at.x()).arg(at.y()).arg(wrong)));
-        }
+        const int centre = on ? 25 : 11;
+        QVERIFY2(near(image.pixelColor(on ? 8 : 30, 11), track, opacity), "track");
+        QVERIFY2(near(image.pixelColor(centre, 11), thumb) && near(image.pixelColor(centre + 7, 4), thumb), "thumb");
     }
-
-private:
-    Host *m_host = nullptr;
-    SwitchControl *m_switch = nullptr;
 };
 
 QTEST_MAIN(tst_SwitchControl)
