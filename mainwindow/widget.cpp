@@ -9,6 +9,7 @@
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
 #include "mainwindow/portmenus.h"
+#include "mainwindow/presetspage.h"
 #include "mainwindow/routingpages.h"
 #include "mainwindow/settingspage.h"
 #include "mainwindow/sigmanager.h"
@@ -71,6 +72,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
                                        ui->factoryResetBtn, ui->buzzerSwitch, ui->noLoginCheckBox,
                                        ui->fpgaVersionLabel, ui->mcuVersionLabel, ui->softwareVersionLabel},
                                       m_model, m_link, SoftwareVersion, this);
+    ui->tabWidget->addTab(new PresetsPage(m_link, this), PresetsPage::tr("Presets"));
 
     ui->languageComboBox->addItem(QString::fromUtf8("简体中文"));
     ui->languageComboBox->addItem("English");

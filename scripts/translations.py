@@ -172,6 +172,25 @@ GLOSSARY = {
     "account database unreadable!": "账户数据库无法读取！",
     "The new name could not be saved in %1; the old name is kept.": "新名称无法保存到 %1，保留原名称。",
     "the change could not be saved!": "更改未能保存！",
+    # presets page
+    "Presets": "预设",
+    "Slot": "预设位",
+    "Name": "名称",
+    "Name:": "名称:",
+    "Preset name": "预设名称",
+    "Preset %1": "预设 %1",
+    "Recall": "调用",
+    "Rename": "重命名",
+    "Save preset": "保存预设",
+    "Recall preset": "调用预设",
+    "The device keeps the routing of each slot; the names are kept on this computer.":
+        "每个预设位的切换状态保存在设备上，名称保存在本机。",
+    'Slot %1 holds "%2". Replace it with the current routing?': "预设位 %1 已保存“%2”。用当前的切换状态替换它吗？",
+    "The device is not connected; slot %1 was not saved.": "设备未连接，预设位 %1 未保存。",
+    "The device is not connected; slot %1 was not recalled.": "设备未连接，预设位 %1 未调用。",
+    "The routing was saved in slot %1 on the device, but its name could not be saved in %2.":
+        "切换状态已保存到设备的预设位 %1，但名称无法保存到 %2。",
+    "The name could not be removed from %1.": "无法从 %1 删除该名称。",
 }
 
 CJK = re.compile(r"[\u3000-\u9fff\uff00-\uffef]")

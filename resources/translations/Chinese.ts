@@ -208,6 +208,89 @@
     </message>
 </context>
 <context>
+    <name>PresetsPage</name>
+    <message>
+        <source>Slot %1 holds "%2". Replace it with the current routing?</source>
+        <translation>预设位 %1 已保存“%2”。用当前的切换状态替换它吗？</translation>
+    </message>
+    <message>
+        <source>Save preset</source>
+        <translation>保存预设</translation>
+    </message>
+    <message>
+        <source>The device is not connected; slot %1 was not saved.</source>
+        <translation>设备未连接，预设位 %1 未保存。</translation>
+    </message>
+    <message>
+        <source>Preset %1</source>
+        <translation>预设 %1</translation>
+    </message>
+    <message>
+        <source>The routing was saved in slot %1 on the device, but its name could not be saved in %2.</source>
+        <translation>切换状态已保存到设备的预设位 %1，但名称无法保存到 %2。</translation>
+    </message>
+    <message>
+        <source>Database Error</source>
+        <translation>数据库错误</translation>
+    </message>
+    <message>
+        <source>The device is not connected; slot %1 was not recalled.</source>
+        <translation>设备未连接，预设位 %1 未调用。</translation>
+    </message>
+    <message>
+        <source>Recall preset</source>
+        <translation>调用预设</translation>
+    </message>
+    <message>
+        <source>The new name could not be saved in %1; the old name is kept.</source>
+        <translation>新名称无法保存到 %1，保留原名称。</translation>
+    </message>
+    <message>
+        <source>The name could not be removed from %1.</source>
+        <translation>无法从 %1 删除该名称。</translation>
+    </message>
+    <message>
+        <source>The device keeps the routing of each slot; the names are kept on this computer.</source>
+        <translation>每个预设位的切换状态保存在设备上，名称保存在本机。</translation>
+    </message>
+    <message>
+        <source>Slot</source>
+        <translation>预设位</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称:</translation>
+    </message>
+    <message>
+        <source>Preset name</source>
+        <translation>预设名称</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Recall</source>
+        <translation>调用</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>重命名</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>预设</translation>
+    </message>
+</context>
+<context>
     <name>RenameDialog</name>
     <message>
         <source>重命名</source>

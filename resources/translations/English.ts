@@ -208,6 +208,89 @@
     </message>
 </context>
 <context>
+    <name>PresetsPage</name>
+    <message>
+        <source>Slot %1 holds "%2". Replace it with the current routing?</source>
+        <translation>Slot %1 holds "%2". Replace it with the current routing?</translation>
+    </message>
+    <message>
+        <source>Save preset</source>
+        <translation>Save preset</translation>
+    </message>
+    <message>
+        <source>The device is not connected; slot %1 was not saved.</source>
+        <translation>The device is not connected; slot %1 was not saved.</translation>
+    </message>
+    <message>
+        <source>Preset %1</source>
+        <translation>Preset %1</translation>
+    </message>
+    <message>
+        <source>The routing was saved in slot %1 on the device, but its name could not be saved in %2.</source>
+        <translation>The routing was saved in slot %1 on the device, but its name could not be saved in %2.</translation>
+    </message>
+    <message>
+        <source>Database Error</source>
+        <translation>Database Error</translation>
+    </message>
+    <message>
+        <source>The device is not connected; slot %1 was not recalled.</source>
+        <translation>The device is not connected; slot %1 was not recalled.</translation>
+    </message>
+    <message>
+        <source>Recall preset</source>
+        <translation>Recall preset</translation>
+    </message>
+    <message>
+        <source>The new name could not be saved in %1; the old name is kept.</source>
+        <translation>The new name could not be saved in %1; the old name is kept.</translation>
+    </message>
+    <message>
+        <source>The name could not be removed from %1.</source>
+        <translation>The name could not be removed from %1.</translation>
+    </message>
+    <message>
+        <source>The device keeps the routing of each slot; the names are kept on this computer.</source>
+        <translation>The device keeps the routing of each slot; the names are kept on this computer.</translation>
+    </message>
+    <message>
+        <source>Slot</source>
+        <translation>Slot</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Preset name</source>
+        <translation>Preset name</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Recall</source>
+        <translation>Recall</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>Presets</translation>
+    </message>
+</context>
+<context>
     <name>RenameDialog</name>
     <message>
         <source>重命名</source>
