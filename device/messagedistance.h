@@ -41,6 +41,8 @@ public:
     void connectToDevice(const QString &host, quint16 port);
     void closeConnection();
     bool isUploadConnected() const;
+    // The command connection is up: commands reach the device.
+    bool isConnected() const { return m_commandSocket.state() == QAbstractSocket::ConnectedState; }
     int osdIndex() const { return m_osdIndex; }
     int replyState() const { return m_replyState; }
     QString host() const { return m_host; }

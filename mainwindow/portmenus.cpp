@@ -20,6 +20,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include <functional>
+
 // The menu texts keep the main window's translation context ("Widget").
 PortMenus::PortMenus(const Views &views, const DeviceModel *model, MessageDistance *link, PortNames *names,
                      QWidget *window)
@@ -62,38 +64,47 @@ QMenu *PortMenus::createMenu(QWidget *view)
     const DeviceModel *model = m_model;
     QWidget *window = m_window;
     auto rename = [this, view] { renameCurrentPort(view); };
+    // Everything but renaming talks to the device: refused, and said so, while it is away.
+    auto sending = [this, link](std::function<void()> action) {
+        return [this, link, action] {
+            if (link->isConnected())
+                action();
+            else
+                emit notice(QCoreApplication::translate("Widget", "Not connected: the device was not changed."));
+        };
+    };
     // Clearing removes the output's route on the device: input 0 on the table's
     // layer (on the joined wall, the whole wall, as one picture covers it). The
     // cell is not blanked here: it shows what the device's next map says.
-    auto clear = [this, view, key, link] {
+    auto clear = sending([this, view, key, link] {
         const int kind = view == m_views.ir ? DeviceModel::Ir
                          : view == m_views.joint ? DeviceModel::Wall
                                                  : DeviceModel::Audio;
         link->sendSwitch(0, key, kind);
-    };
-    auto audioMode = [menu, port, link] {
+    });
+    auto audioMode = [menu, port, link, sending] {
         QMenu *modes = menu->addMenu(QCoreApplication::translate("Widget", "音频模式"));
-        modes->addAction(QCoreApplication::translate("Widget", "数字音频"), [port, link] { link->sendAnalogSelect(port, 0); });
-        modes->addAction(QCoreApplication::translate("Widget", "模拟音频"), [port, link] { link->sendAnalogSelect(port, 1); });
+        modes->addAction(QCoreApplication::translate("Widget", "数字音频"), sending([port, link] { link->sendAnalogSelect(port, 0); }));
+        modes->addAction(QCoreApplication::translate("Widget", "模拟音频"), sending([port, link] { link->sendAnalogSelect(port, 1); }));
     };
-    auto outputResolution = [port, model, link, window] {
+    auto outputResolution = sending([port, model, link, window] {
         ResolutionSetDialog(port, 0, model, link, window).exec();
-    };
-    auto outputPatterns = [port, link, window] { GraphicsTestDialog(port, false, link, window).exec(); };
+    });
+    auto outputPatterns = sending([port, link, window] { GraphicsTestDialog(port, false, link, window).exec(); });
     if (view == m_views.list) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
-        menu->addAction(QCoreApplication::translate("Widget", "OSD Setting"), [port, model, link, window] {
+        menu->addAction(QCoreApplication::translate("Widget", "OSD Setting"), sending([port, model, link, window] {
             link->sendOsdQuery(port);
             TitleOrOsdDialog(port, model, link, window).exec();
-        });
-        menu->addAction(QCoreApplication::translate("Widget", "GraphicsTest"), [port, link, window] { GraphicsTestDialog(port, true, link, window).exec(); });
-        menu->addAction(QCoreApplication::translate("Widget", "Volume Setting"), [port, model, link, window] {
+        }));
+        menu->addAction(QCoreApplication::translate("Widget", "GraphicsTest"), sending([port, link, window] { GraphicsTestDialog(port, true, link, window).exec(); }));
+        menu->addAction(QCoreApplication::translate("Widget", "Volume Setting"), sending([port, model, link, window] {
             VolumnSettingDialog(port, model, link, window).exec();
-        });
-        menu->addAction(QCoreApplication::translate("Widget", "Edid"), [port, model, link, window] { EdidSettingDilog(port, model, link, window).exec(); });
-        menu->addAction(QCoreApplication::translate("Widget", "Resolution"), [port, model, link, window] {
+        }));
+        menu->addAction(QCoreApplication::translate("Widget", "Edid"), sending([port, model, link, window] { EdidSettingDilog(port, model, link, window).exec(); }));
+        menu->addAction(QCoreApplication::translate("Widget", "Resolution"), sending([port, model, link, window] {
             ResolutionSetDialog(-1, port, model, link, window).exec();
-        });
+        }));
     } else if (view == m_views.video) {
         menu->addAction(QCoreApplication::translate("Widget", "Rename(F2)"), rename);
         menu->addAction(QCoreApplication::translate("Widget", "Resolution"), outputResolution);

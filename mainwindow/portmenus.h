@@ -37,6 +37,8 @@ public:
 signals:
     // An input was renamed: the signal list and the grids' input labels are stale.
     void inputRenamed();
+    // An action refused while the device is not connected.
+    void notice(const QString &text);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

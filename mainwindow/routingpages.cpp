@@ -3,6 +3,7 @@
 #include "device/devicemodel.h"
 #include "device/devicerecord.h"
 #include "device/messagedistance.h"
+#include "device/routeconfirmer.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
@@ -10,6 +11,7 @@
 
 #include <QButtonGroup>
 #include <QCoreApplication>
+#include <QGraphicsOpacityEffect>
 #include <QPushButton>
 #include <QTabWidget>
 
@@ -42,6 +44,7 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
     , m_link(link)
     , m_names(names)
     , m_joinGroup(new QButtonGroup(this))
+    , m_confirmer(new RouteConfirmer(model, link, this))
 {
     for (int id = 0; id < 7; ++id)
         drawJoinFace(id, JoinLayouts[id].width(), JoinLayouts[id].height());
@@ -56,13 +59,13 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
     }
     connect(views.list, &QListWidget::currentItemChanged, this, &RoutingPages::currentSignalChanged);
 
-    connect(views.video, &TableWidget::dropPortToItemSig, this, &RoutingPages::routeVideo);
-    connect(views.joint, &TableWidget::dropPortToItemSig, this, &RoutingPages::routeJoint);
-    for (TableWidget *table : {views.audio, views.hdmiAudio})
+    for (TableWidget *table : {views.video, views.joint, views.audio, views.hdmiAudio, views.ir})
         connect(table, &TableWidget::dropPortToItemSig, this,
-                [this](int input, int output) { m_link->sendSwitch(input, output, DeviceModel::Audio); });
-    connect(views.ir, &TableWidget::dropPortToItemSig, this,
-            [this](int input, int output) { m_link->sendSwitch(input, output, DeviceModel::Ir); });
+                [this, table](int input, int output) { route(table, input, output, kindOf(table)); });
+    connect(m_confirmer, &RouteConfirmer::pendingChanged, this, &RoutingPages::refillAllTables);
+    connect(m_confirmer, &RouteConfirmer::failed, this, [this](int, int output, int, int reported) {
+        emit notice(tr("Output %1 did not switch: the device shows input %2.").arg(output % 100).arg(reported));
+    });
 
     connect(model, &DeviceModel::modelChanged, this, [this](int modelFlag) {
         const QSize wall = wallOfModel(modelFlag);
@@ -164,8 +167,13 @@ void RoutingPages::refillTable(TableWidget *table)
             auto *cell = qobject_cast<TableItemWidget *>(table->cellWidget(r, c));
             if (!item || !cell)
                 continue;
-            const int input = routes.value(item->data(TableWidget::OutputKeyRole).toInt(), 0);
+            const int key = item->data(TableWidget::OutputKeyRole).toInt();
+            const int kind = kindOf(table) == DeviceModel::Wall ? DeviceModel::Video : kindOf(table);
+            // A switch on its way shows where it goes, marked as not yet confirmed.
+            const int pending = m_confirmer->pendingInput(kind, key);
+            const int input = pending >= 0 ? pending : routes.value(key, 0);
             cell->setInputText(input > 0 ? portLabel(input, names.value(input)) : QString());
+            cell->setPending(pending >= 0);
             // A routed video input without signal is shown dimmed.
             cell->setSignalPresent(input <= 0 || table == m_views.ir || signalMap.value(input, false));
         }
@@ -178,17 +186,41 @@ void RoutingPages::refillAllTables()
         refillTable(table);
 }
 
-void RoutingPages::routeVideo(int input, int output)
+int RoutingPages::kindOf(const TableWidget *table) const
 {
-    m_link->sendSwitch(input, output, DeviceModel::Video);
-    m_model->recordSwitch(input, output, DeviceModel::Video);
+    if (table == m_views.joint)
+        return DeviceModel::Wall;
+    if (table == m_views.audio || table == m_views.hdmiAudio)
+        return DeviceModel::Audio;
+    return table == m_views.ir ? DeviceModel::Ir : DeviceModel::Video;
 }
 
-void RoutingPages::routeJoint(int input, int output)
+void RoutingPages::route(TableWidget *table, int input, int output, int kind)
 {
-    m_link->sendSwitch(input, output, DeviceModel::Wall);
-    m_link->sendSwitch(input, output, DeviceModel::Audio);
-    m_model->recordSwitch(input, output, DeviceModel::Wall);
+    if (!m_link->isConnected()) {
+        // Nothing is queued: a switch that cannot go out is not shown as done.
+        emit notice(tr("Not connected: output %1 was not switched.").arg(output % 100));
+        refillTable(table);
+        return;
+    }
+    m_link->sendSwitch(input, output, kind);
+    if (kind == DeviceModel::Wall)
+        m_link->sendSwitch(input, output, DeviceModel::Audio);
+    m_confirmer->switched(input, output, kind);
+    m_model->recordSwitch(input, output, kind);
+}
+
+void RoutingPages::setOnline(bool online)
+{
+    for (TableWidget *table : {m_views.video, m_views.joint, m_views.audio, m_views.hdmiAudio, m_views.ir}) {
+        if (online) {
+            table->setGraphicsEffect(nullptr);
+        } else if (!table->graphicsEffect()) {
+            auto *faded = new QGraphicsOpacityEffect(table);
+            faded->setOpacity(0.45);
+            table->setGraphicsEffect(faded);
+        }
+    }
 }
 
 void RoutingPages::rebuildSignalList()

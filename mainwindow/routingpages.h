@@ -8,6 +8,7 @@ class DeviceModel;
 class ListWidget;
 class MessageDistance;
 class PortNames;
+class RouteConfirmer;
 class QButtonGroup;
 class QPushButton;
 class QTabWidget;
@@ -46,6 +47,13 @@ public:
     void rebuildSignalList();
     // The list marks audio or video signals, as the current page shows.
     void refreshSignalPresence();
+    // Offline, the grids look inactive and refuse drops.
+    void setOnline(bool online);
+    RouteConfirmer *confirmer() const { return m_confirmer; }
+
+signals:
+    // A short text for the status line: a refused or failed switch.
+    void notice(const QString &text);
 
 private:
     void drawJoinFace(int id, int columns, int rows);
@@ -55,13 +63,14 @@ private:
     void refillTable(TableWidget *table);
     void refillAllTables();
     void currentSignalChanged();
-    void routeVideo(int input, int output);
-    void routeJoint(int input, int output);
+    void route(TableWidget *table, int input, int output, int kind);
+    int kindOf(const TableWidget *table) const;
 
     Views m_views;
     DeviceModel *m_model;
     MessageDistance *m_link;
     PortNames *m_names;
     QButtonGroup *m_joinGroup;
+    RouteConfirmer *m_confirmer;
     QSize m_joinFaces[7];
 };

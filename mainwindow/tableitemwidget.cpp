@@ -64,7 +64,16 @@ void TableItemWidget::setSignalPresent(bool present)
     applyInputStyle();
 }
 
+void TableItemWidget::setPending(bool pending)
+{
+    if (pending == m_pending)
+        return;
+    m_pending = pending;
+    applyInputStyle();
+}
+
 void TableItemWidget::applyInputStyle()
 {
-    ui->labelInput->setStyleSheet(fontStyle(m_inputFontSize) + (m_signalPresent ? "" : " color:#c9d3cd;"));
+    ui->labelInput->setStyleSheet(fontStyle(m_inputFontSize) + (m_signalPresent ? "" : " color:#c9d3cd;")
+                                  + (m_pending ? " font-style:italic; color:#f6e7b0;" : ""));
 }

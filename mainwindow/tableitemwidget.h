@@ -23,6 +23,9 @@ public:
     void setInputFontSize(int pointSize);
     // An input routed here without a signal is drawn dimmed.
     void setSignalPresent(bool present);
+    // A switch sent here that the device has not confirmed yet: drawn in italics.
+    void setPending(bool pending);
+    bool isPending() const { return m_pending; }
 
 private:
     void applyInputStyle();
@@ -30,4 +33,5 @@ private:
     Ui::TableItemWidget *ui;
     int m_inputFontSize = 18;
     bool m_signalPresent = true;
+    bool m_pending = false;
 };

@@ -4,10 +4,12 @@
 #include "app/appsettings.h"
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
+#include "device/routeconfirmer.h"
 #include "dialogs/msgdlg.h"
 #include "dialogs/titleorosddialog.h"
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
+#include "mainwindow/historypage.h"
 #include "mainwindow/portmenus.h"
 #include "mainwindow/presetspage.h"
 #include "mainwindow/routingpages.h"
@@ -17,6 +19,8 @@
 #include "store/accountstore.h"
 
 #include <QApplication>
+#include <QBoxLayout>
+#include <QShortcut>
 
 namespace {
 // Status texts are translation keys: their uneven blanks are kept byte for byte.
@@ -107,6 +111,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     m_portMenus = new PortMenus({ui->listWidget, ui->videoTable, ui->jointTable, ui->audioTable, ui->hdmiAudioTable, ui->irTable},
                                 m_model, m_link, context.names, this);
     connect(m_portMenus, &PortMenus::inputRenamed, this, &Widget::refrenshSignalSlot);
+    setUpNotices();
 
     ui->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"
                                       "background-repeat:no-repeat;");
@@ -118,6 +123,39 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
         ui->adminLabel->hide();
     }
     tabChanged(ui->tabWidget->currentIndex());
+}
+
+void Widget::setUpNotices()
+{
+    // Refused and failed actions are told beside the connection status, and fade after a while.
+    m_notice = new QLabel(this);
+    m_notice->setObjectName("noticeLabel");
+    auto *bar = qobject_cast<QBoxLayout *>(ui->labelStatus->parentWidget()->layout());
+    bar->insertWidget(bar->indexOf(ui->labelStatus) + 1, m_notice);
+    m_noticeTimer.setSingleShot(true);
+    m_noticeTimer.setInterval(8000);
+    connect(&m_noticeTimer, &QTimer::timeout, m_notice, &QLabel::clear);
+    connect(m_pages, &RoutingPages::notice, this, &Widget::showNotice);
+    connect(m_portMenus, &PortMenus::notice, this, &Widget::showNotice);
+    ui->tabWidget->addTab(new HistoryPage(m_pages->confirmer(), this), tr("History"));
+    auto *undo = new QShortcut(QKeySequence::Undo, this);
+    connect(undo, &QShortcut::activated, this, [this] {
+        if (!m_link->isConnected())
+            showNotice(tr("Not connected: nothing was undone."));
+        else if (!m_pages->confirmer()->undo())
+            showNotice(tr("Nothing to undo."));
+    });
+}
+
+void Widget::showNotice(const QString &text)
+{
+    m_notice->setText(text);
+    m_noticeTimer.start();
+}
+
+QString Widget::noticeText() const
+{
+    return m_notice->text();
 }
 
 Widget::~Widget()
@@ -220,6 +258,10 @@ void Widget::on_usermanageBtn_clicked()
 
 void Widget::on_CaptionBtn_clicked()
 {
+    if (!m_link->isConnected()) {
+        showNotice(tr("Not connected: the caption cannot be set."));
+        return;
+    }
     m_link->sendSubtitleQuery();
     TitleOrOsdDialog(-1, m_model, m_link, this).exec();
 }
@@ -241,6 +283,8 @@ QString Widget::formatStatus(const char *source) const
 void Widget::setStatus(const QString &text, int state)
 {
     ui->labelStatus->setText(text);
+    if (m_pages)
+        m_pages->setOnline(state == AppSettings::Connected);
     static const char *const colours[] = {"#d9534f", "#e0a526", "#338c56"};
     ui->labelStatusLed->setStyleSheet(QString("background:%1; border-radius:5px;").arg(colours[state]));
 }

@@ -3,6 +3,7 @@
 #include "dialogs/basewidget.h"
 
 #include <QJsonObject>
+#include <QTimer>
 #include <QTranslator>
 
 class AppSettings;
@@ -12,6 +13,7 @@ class PortMenus;
 class PortNames;
 class RoutingPages;
 class SettingsPage;
+class QLabel;
 class QMenu;
 
 // What the main window works on, handed in by whoever builds it.
@@ -40,6 +42,8 @@ public:
     ~Widget() override;
 
     QString statusText() const;
+    // The short notice beside the status: a refused or failed action.
+    QString noticeText() const;
     // The context menu of a port view, built as it is shown (for the view's current port).
     QMenu *createPortMenu(QWidget *view);
     // Face of join-layout button `id` as last drawn: (columns, rows).
@@ -83,6 +87,8 @@ private:
     QString formatStatus(const char *source) const;
 
     void tabChanged(int index);
+    void setUpNotices();
+    void showNotice(const QString &text);
 
     Ui::Widget *ui;
     AppSettings *m_settings;
@@ -91,5 +97,7 @@ private:
     RoutingPages *m_pages = nullptr;
     PortMenus *m_portMenus = nullptr;
     SettingsPage *m_settingsPage = nullptr;
+    QLabel *m_notice = nullptr;
+    QTimer m_noticeTimer;
     QTranslator m_translator;
 };

@@ -13,6 +13,19 @@ from pathlib import Path
 
 # source text -> the other language
 GLOSSARY = {
+    # confirmed routes, offline, history
+    "%1  %2 output %3: input %4 -> %5  (%6)": "%1  %2 输出 %3：输入 %4 -> %5  （%6）",
+    "History": "历史记录",
+    "Cancel": "取消",
+    "IR": "红外",
+    "Not connected: nothing was undone.": "未连接：未撤销任何操作。",
+    "Not connected: output %1 was not switched.": "未连接：输出 %1 未切换。",
+    "Not connected: the caption cannot be set.": "未连接：无法设置字幕。",
+    "Not connected: the device was not changed.": "未连接：设备未更改。",
+    "Nothing to undo.": "没有可撤销的操作。",
+    "Output %1 did not switch: the device shows input %2.": "输出 %1 未切换：设备显示为输入 %2。",
+    "from here": "本机操作",
+    "reported by the device": "设备报告",
     # factory reset confirmation
     "Reset the device at %1 to its factory settings? Its routes and settings are lost.": "将地址为 %1 的设备恢复出厂设置？设备上的切换和设置都将丢失。",
     "Factory reset": "恢复出厂设置",

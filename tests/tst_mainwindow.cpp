@@ -19,6 +19,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
@@ -55,6 +56,8 @@ private slots:
     void eightOutputModel_showsEightCellsAndAFourByTwoFace();
     void restoreOrMaximise_twiceReturnsToNormal();
     void factoryReset_asksFirst();
+    void offline_dropSendsNothingAndSaysSo();
+    void undo_restoresThePreviousRouteOnTheDevice();
 
 private:
     template<typename T>
@@ -524,6 +527,43 @@ void tst_MainWindow::factoryReset_asksFirst()
     // Only the confirmed click reached the device.
     QVERIFY(m_sim.waitForCommand("{param=Default}"));
     QCOMPARE(m_sim.commandLog().count("cmd: {param=Default}"), 1);
+}
+
+void tst_MainWindow::offline_dropSendsNothingAndSaysSo()
+{
+    auto *video = child<TableWidget>("videoTable");
+    QTRY_COMPARE(cellInput(video, 5), QString("[5] Input 5"));
+    m_sim.stop();
+    QTRY_COMPARE(m_window->statusText(), status("disconnected"));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    dropInput(1, video, 5);
+    QCOMPARE(cellInput(video, 5), QString("[5] Input 5"));
+    QVERIFY(m_window->noticeText().contains("Not connected"));
+    QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
+    QVERIFY(!m_sim.commandLog().contains("VIDEO"));  // nothing was queued for later
+}
+
+void tst_MainWindow::undo_restoresThePreviousRouteOnTheDevice()
+{
+    auto *video = child<TableWidget>("videoTable");
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(dropInput(1, video, 5));
+    QVERIFY(m_sim.waitForCommand("{param=2VIDEO5}"));
+    // Confirmed by the device's map: no longer drawn as pending.
+    QTRY_VERIFY(!video->widgetForKey(5)->isPending());
+    QCOMPARE(cellInput(video, 5), QString("[2] Input 2"));
+
+    QTest::keySequence(m_window.get(), QKeySequence::Undo);
+    QVERIFY(m_sim.waitForCommand("{param=5VIDEO5}"));
+    QTRY_COMPARE(cellInput(video, 5), QString("[5] Input 5"));
+    QTRY_VERIFY(!video->widgetForKey(5)->isPending());
+    // Both changes are in the history, newest first; the undo itself is not undone again.
+    auto *history = child<QListWidget>("historyList");
+    QTRY_COMPARE(history->count(), 2);
+    QVERIFY(history->item(0)->text().contains("output 5: input 2 -> 5"));
+    QTest::keySequence(m_window.get(), QKeySequence::Undo);
+    QCOMPARE(m_window->noticeText(), QString("Nothing to undo."));
 }
 
 QTEST_MAIN(tst_MainWindow)

@@ -120,6 +120,33 @@
     </message>
 </context>
 <context>
+    <name>HistoryPage</name>
+    <message>
+        <source>Audio</source>
+        <translation>音频</translation>
+    </message>
+    <message>
+        <source>IR</source>
+        <translation>红外</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>%1  %2 output %3: input %4 -&gt; %5  (%6)</source>
+        <translation>%1  %2 输出 %3：输入 %4 -&gt; %5  （%6）</translation>
+    </message>
+    <message>
+        <source>from here</source>
+        <translation>本机操作</translation>
+    </message>
+    <message>
+        <source>reported by the device</source>
+        <translation>设备报告</translation>
+    </message>
+</context>
+<context>
     <name>LoginDialog</name>
     <message>
         <source>Orvex系列视频切换软件</source>
@@ -325,6 +352,17 @@
     </message>
 </context>
 <context>
+    <name>RoutingPages</name>
+    <message>
+        <source>Output %1 did not switch: the device shows input %2.</source>
+        <translation>输出 %1 未切换：设备显示为输入 %2。</translation>
+    </message>
+    <message>
+        <source>Not connected: output %1 was not switched.</source>
+        <translation>未连接：输出 %1 未切换。</translation>
+    </message>
+</context>
+<context>
     <name>SettingsPage</name>
     <message>
         <source>Reset the device at %1 to its factory settings? Its routes and settings are lost.</source>
@@ -523,6 +561,10 @@
     <message>
         <source>the change could not be saved!</source>
         <translation>更改未能保存！</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 <context>
@@ -745,6 +787,26 @@
     <message>
         <source>The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.</source>
         <translation>无法读取数据库 %1：文件已损坏或不是数据库。账户和端口名称既不能读取也不能保存。</translation>
+    </message>
+    <message>
+        <source>Not connected: the device was not changed.</source>
+        <translation>未连接：设备未更改。</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>历史记录</translation>
+    </message>
+    <message>
+        <source>Not connected: nothing was undone.</source>
+        <translation>未连接：未撤销任何操作。</translation>
+    </message>
+    <message>
+        <source>Nothing to undo.</source>
+        <translation>没有可撤销的操作。</translation>
+    </message>
+    <message>
+        <source>Not connected: the caption cannot be set.</source>
+        <translation>未连接：无法设置字幕。</translation>
     </message>
 </context>
 </TS>

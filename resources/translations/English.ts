@@ -120,6 +120,33 @@
     </message>
 </context>
 <context>
+    <name>HistoryPage</name>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>IR</source>
+        <translation>IR</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>%1  %2 output %3: input %4 -&gt; %5  (%6)</source>
+        <translation>%1  %2 output %3: input %4 -&gt; %5  (%6)</translation>
+    </message>
+    <message>
+        <source>from here</source>
+        <translation>from here</translation>
+    </message>
+    <message>
+        <source>reported by the device</source>
+        <translation>reported by the device</translation>
+    </message>
+</context>
+<context>
     <name>LoginDialog</name>
     <message>
         <source>Orvex系列视频切换软件</source>
@@ -325,6 +352,17 @@
     </message>
 </context>
 <context>
+    <name>RoutingPages</name>
+    <message>
+        <source>Output %1 did not switch: the device shows input %2.</source>
+        <translation>Output %1 did not switch: the device shows input %2.</translation>
+    </message>
+    <message>
+        <source>Not connected: output %1 was not switched.</source>
+        <translation>Not connected: output %1 was not switched.</translation>
+    </message>
+</context>
+<context>
     <name>SettingsPage</name>
     <message>
         <source>Reset the device at %1 to its factory settings? Its routes and settings are lost.</source>
@@ -523,6 +561,10 @@
     <message>
         <source>the change could not be saved!</source>
         <translation>the change could not be saved!</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
     </message>
 </context>
 <context>
@@ -745,6 +787,26 @@
     <message>
         <source>The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.</source>
         <translation>The database %1 cannot be read: it is damaged or not a database. Accounts and port names can be neither read nor saved.</translation>
+    </message>
+    <message>
+        <source>Not connected: the device was not changed.</source>
+        <translation>Not connected: the device was not changed.</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>History</translation>
+    </message>
+    <message>
+        <source>Not connected: nothing was undone.</source>
+        <translation>Not connected: nothing was undone.</translation>
+    </message>
+    <message>
+        <source>Nothing to undo.</source>
+        <translation>Nothing to undo.</translation>
+    </message>
+    <message>
+        <source>Not connected: the caption cannot be set.</source>
+        <translation>Not connected: the caption cannot be set.</translation>
     </message>
 </context>
 </TS>

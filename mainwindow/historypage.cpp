@@ -1,0 +1,31 @@
+#include "mainwindow/historypage.h"
+
+#include "device/devicemodel.h"
+#include "device/routeconfirmer.h"
+
+HistoryPage::HistoryPage(RouteConfirmer *confirmer, QWidget *parent)
+    : QListWidget(parent)
+    , m_confirmer(confirmer)
+{
+    setObjectName("historyList");
+    connect(confirmer, &RouteConfirmer::historyChanged, this, &HistoryPage::refill);
+    refill();
+}
+
+void HistoryPage::refill()
+{
+    clear();
+    const QList<RouteConfirmer::Change> changes = m_confirmer->history();
+    for (int i = changes.size() - 1; i >= 0; --i) {
+        const RouteConfirmer::Change &change = changes[i];
+        const QString layer = change.kind == DeviceModel::Audio ? tr("Audio")
+                              : change.kind == DeviceModel::Ir  ? tr("IR")
+                                                                : tr("Video");
+        addItem(tr("%1  %2 output %3: input %4 -> %5  (%6)")
+                    .arg(change.time.toString("hh:mm:ss"), layer)
+                    .arg(change.output)
+                    .arg(change.from)
+                    .arg(change.to)
+                    .arg(change.local ? tr("from here") : tr("reported by the device")));
+    }
+}
