@@ -76,7 +76,9 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
                                        ui->factoryResetBtn, ui->buzzerSwitch, ui->noLoginCheckBox,
                                        ui->fpgaVersionLabel, ui->mcuVersionLabel, ui->softwareVersionLabel},
                                       m_model, m_link, SoftwareVersion, this);
-    ui->tabWidget->addTab(new PresetsPage(m_link, this), PresetsPage::tr("Presets"));
+    // The two settings pages stay last: their tab bar is indented, and the added pages go before them.
+    m_settingsTabs = {ui->tabWidget->widget(4), ui->tabWidget->widget(5)};
+    ui->tabWidget->insertTab(4, new PresetsPage(m_link, this), PresetsPage::tr("Presets"));
 
     ui->languageComboBox->addItem(QString::fromUtf8("简体中文"));
     ui->languageComboBox->addItem("English");
@@ -137,7 +139,7 @@ void Widget::setUpNotices()
     connect(&m_noticeTimer, &QTimer::timeout, m_notice, &QLabel::clear);
     connect(m_pages, &RoutingPages::notice, this, &Widget::showNotice);
     connect(m_portMenus, &PortMenus::notice, this, &Widget::showNotice);
-    ui->tabWidget->addTab(new HistoryPage(m_pages->confirmer(), this), tr("History"));
+    ui->tabWidget->insertTab(5, new HistoryPage(m_pages->confirmer(), this), tr("History"));
     auto *undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, [this] {
         if (!m_link->isConnected())
@@ -344,7 +346,7 @@ void Widget::refrenshSignalSlot() { m_pages->rebuildSignalList(); }
 void Widget::tabChanged(int index)
 {
     m_pages->refreshSignalPresence();
-    const bool settingsPage = index == 4 || index == 5;
+    const bool settingsPage = m_settingsTabs.contains(ui->tabWidget->widget(index));
     ui->tabWidget->setStyleSheet(QString("QTabWidget::tab-bar { left:%1; }").arg(settingsPage ? "200px" : "0"));
     ui->adminLabel->setVisible(settingsPage && m_settings->adminFlag() != 0);
 }

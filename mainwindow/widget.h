@@ -98,6 +98,7 @@ private:
     PortMenus *m_portMenus = nullptr;
     SettingsPage *m_settingsPage = nullptr;
     QLabel *m_notice = nullptr;
+    QList<QWidget *> m_settingsTabs;
     QTimer m_noticeTimer;
     QTranslator m_translator;
 };
