@@ -32,8 +32,8 @@ SettingsPage::SettingsPage(const Views &views, DeviceModel *model, MessageDistan
     views.buzzer->setBackgroundColor(QColor("#9aa8a0"));
 
     connect(views.confirm, &QPushButton::clicked, this, [this] {
-        m_link->sendNetworkSetting(m_views.ip->text(), m_views.gateway->text(), m_views.subnet->text(),
-                                   m_views.mac->text());
+        m_sentNetwork = QStringList{m_views.ip->text(), m_views.gateway->text(), m_views.subnet->text(), m_views.mac->text()};
+        m_link->sendNetworkSetting(m_sentNetwork[0], m_sentNetwork[1], m_sentNetwork[2], m_sentNetwork[3]);
         m_link->sendNetInfoQuery();
     });
     // One click would wipe a device in use: ask first, naming the device.
@@ -57,6 +57,18 @@ SettingsPage::SettingsPage(const Views &views, DeviceModel *model, MessageDistan
 void SettingsPage::showNetwork()
 {
     const DeviceRecord &record = m_model->record();
+    if (!m_sentNetwork.isEmpty()) {
+        // The fields are about to show the device's values: say when it did not take ours.
+        const QStringList reported{record.netIp(), record.netGateway(), record.netSubnet(), record.netMac()};
+        // A MAC may come back in another case or with the other separator.
+        auto same = [](QStringList values) {
+            values[3] = values[3].toLower().replace('-', ':');
+            return values;
+        };
+        if (same(reported) != same(m_sentNetwork))
+            emit notice(tr("The device did not take the network settings; it reports %1.").arg(reported.join(", ")));
+        m_sentNetwork.clear();
+    }
     m_views.ip->setText(record.netIp());
     m_views.gateway->setText(record.netGateway());
     m_views.subnet->setText(record.netSubnet());

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class DeviceModel;
 class MessageDistance;
@@ -42,9 +43,14 @@ public:
     // Writes the versions again (a re-translated form has put its defaults back).
     void showVersions();
 
+signals:
+    // The device's network report differs from the settings just sent.
+    void notice(const QString &text);
+
 private:
     Views m_views;
     DeviceModel *m_model;
     MessageDistance *m_link;
     QString m_softwareVersion;
+    QStringList m_sentNetwork;  // what the last confirm sent, until the device reports
 };

@@ -139,6 +139,7 @@ void Widget::setUpNotices()
     connect(&m_noticeTimer, &QTimer::timeout, m_notice, &QLabel::clear);
     connect(m_pages, &RoutingPages::notice, this, &Widget::showNotice);
     connect(m_portMenus, &PortMenus::notice, this, &Widget::showNotice);
+    connect(m_settingsPage, &SettingsPage::notice, this, &Widget::showNotice);
     ui->tabWidget->insertTab(5, new HistoryPage(m_pages->confirmer(), this), tr("History"));
     auto *undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, [this] {

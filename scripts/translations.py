@@ -13,6 +13,7 @@ from pathlib import Path
 
 # source text -> the other language
 GLOSSARY = {
+    "The device did not take the network settings; it reports %1.": "设备未接受网络设置；设备报告为 %1。",
     # confirmed routes, offline, history
     "%1  %2 output %3: input %4 -> %5  (%6)": "%1  %2 输出 %3：输入 %4 -> %5  （%6）",
     "History": "历史记录",

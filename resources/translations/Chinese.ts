@@ -372,6 +372,10 @@
         <source>Factory reset</source>
         <translation>恢复出厂设置</translation>
     </message>
+    <message>
+        <source>The device did not take the network settings; it reports %1.</source>
+        <translation>设备未接受网络设置；设备报告为 %1。</translation>
+    </message>
 </context>
 <context>
     <name>TitleOrOsdDialog</name>

@@ -372,6 +372,10 @@
         <source>Factory reset</source>
         <translation>Factory reset</translation>
     </message>
+    <message>
+        <source>The device did not take the network settings; it reports %1.</source>
+        <translation>The device did not take the network settings; it reports %1.</translation>
+    </message>
 </context>
 <context>
     <name>TitleOrOsdDialog</name>
