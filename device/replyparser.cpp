@@ -78,7 +78,10 @@ bool ReplyParser::next(ParsedReply *reply)
         m_frameStart -= m_head;
         m_head = 0;
     }
-    *reply = decode(raw);
+    *reply = decodeQuietly(raw);
+    m_badFramesInARow = reply->ok ? 0 : m_badFramesInARow + 1;
+    if (m_badFramesInARow == 1 || (m_badFramesInARow > 0 && m_badFramesInARow % BadFrameLogInterval == 0))
+        logBadFrame(*reply, m_badFramesInARow);
     return true;
 }
 
@@ -89,6 +92,7 @@ void ReplyParser::clear()
     m_completeFrames = 0;
     m_inFrame = false;
     m_frameStart = 0;
+    m_badFramesInARow = 0;
 }
 
 namespace {
@@ -157,13 +161,28 @@ QVector<ReplySignal> ReplyParser::route(const QByteArray &frame)
 
 ParsedReply ReplyParser::decode(const QByteArray &rawFrame)
 {
+    const ParsedReply reply = decodeQuietly(rawFrame);
+    if (!reply.ok)
+        logBadFrame(reply, 1);
+    return reply;
+}
+
+void ReplyParser::logBadFrame(const ParsedReply &reply, int inARow)
+{
+    QDebug line = qDebug();
+    line << "json format parse error!raw data:" << logExcerpt(reply.frame) << "error:" << reply.error;
+    if (inARow > 1)
+        line << "(" << inARow << "bad frames in a row, logged 1 in" << BadFrameLogInterval << ")";
+}
+
+ParsedReply ReplyParser::decodeQuietly(const QByteArray &rawFrame)
+{
     ParsedReply reply;
     reply.frame = repair(rawFrame);
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(reply.frame, &error);
     if (error.error != QJsonParseError::NoError) {
         reply.error = error.errorString();
-        qDebug() << "json format parse error!raw data:" << logExcerpt(reply.frame) << "error:" << reply.error;
         return reply;
     }
     reply.ok = true;

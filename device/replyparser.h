@@ -38,11 +38,14 @@ struct ParsedReply
 // Work is linear in the bytes received: blanks are removed and junk in front of
 // a "{" is dropped as the bytes arrive, and every byte is looked at a bounded
 // number of times. A partial frame that grows past MaxPartialFrame without its
-// "}" is dropped, so a peer streaming garbage cannot grow the buffer.
+// "}" is dropped, so a peer streaming garbage cannot grow the buffer. Of a run
+// of frames that do not decode, only the first and every BadFrameLogInterval-th
+// are logged, so such a peer cannot grow the log file either.
 class ReplyParser
 {
 public:
     static constexpr int MaxPartialFrame = 1024 * 1024;
+    static constexpr int BadFrameLogInterval = 1000;
 
     void append(const QByteArray &bytes);
     // Takes the oldest complete frame; false when none is complete yet.
@@ -55,12 +58,17 @@ public:
     // Building blocks, shared with tools that replay captured replies.
     static QByteArray repair(const QByteArray &frame);
     static QVector<ReplySignal> route(const QByteArray &frame);
+    // Logs a frame that does not decode.
     static ParsedReply decode(const QByteArray &rawFrame);
 
 private:
+    static ParsedReply decodeQuietly(const QByteArray &rawFrame);
+    static void logBadFrame(const ParsedReply &reply, int inARow);
+
     QByteArray m_buffer;
     int m_head = 0;             // start of the oldest unconsumed frame
     int m_completeFrames = 0;
     bool m_inFrame = false;     // a "{" has been seen and its "}" has not
     int m_frameStart = 0;       // where the partial frame starts
+    int m_badFramesInARow = 0;
 };
