@@ -13,13 +13,21 @@ int fail(const QString &message)
     return 1;
 }
 
+// A count for a fault switch: 0 (off) or more.
+bool readCount(const QCommandLineParser &parser, const QCommandLineOption &option, qint64 *count)
+{
+    bool ok = false;
+    *count = parser.value(option).toLongLong(&ok);
+    return ok && *count >= 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("orvex-sim"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORVEX_VERSION));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -56,8 +64,26 @@ int main(int argc, char *argv[])
                        "kind-port-sequence: osd-3-0001.bmp, caption-2-0002.bmp, edid-4-0003.bin "
                        "(.bin for bytes that are not a BMP). Numbering goes on after files already there."),
         QStringLiteral("dir"));
+    const QCommandLineOption floodBytesOption(QStringLiteral("flood-bytes"),
+        QStringLiteral("Send n random bytes (any value, braces included) on every command connection as soon "
+                       "as it is accepted, as fast as the client reads them; replies are still sent, in between. "
+                       "--verbose logs \"flood: n random bytes sent\" at the end."),
+        QStringLiteral("n"), QStringLiteral("0"));
+    const QCommandLineOption floodFramesOption(QStringLiteral("flood-frames"),
+        QStringLiteral("Like --flood-bytes, with n copies of the volume frame back to back "
+                       "(\"flood: n frames sent, b bytes\")."),
+        QStringLiteral("n"), QStringLiteral("0"));
+    const QCommandLineOption badAckOption(QStringLiteral("bad-ack"),
+        QStringLiteral("The file port answers every piece, and {param=Done}, with garbage instead of <ACK_1>."));
+    const QCommandLineOption silentFilePortOption(QStringLiteral("silent-file-port"),
+        QStringLiteral("The file port accepts connections and takes bytes but never answers."));
+    const QCommandLineOption dropFileAfterOption(QStringLiteral("drop-file-after"),
+        QStringLiteral("Close a file connection, unanswered, once it has received n bytes (default 0: never); "
+                       "bytes beyond n are discarded."),
+        QStringLiteral("n"), QStringLiteral("0"));
     parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
-                       dropAfterOption, broadcastOption, verboseOption, saveUploadsOption});
+                       dropAfterOption, broadcastOption, verboseOption, saveUploadsOption, floodBytesOption,
+                       floodFramesOption, badAckOption, silentFilePortOption, dropFileAfterOption});
     parser.process(app);
 
     SimOptions options;
@@ -85,6 +111,19 @@ int main(int argc, char *argv[])
     options.saveUploadsDir = parser.value(saveUploadsOption);
     if (parser.isSet(saveUploadsOption) && options.saveUploadsDir.isEmpty())
         return fail(QStringLiteral("--save-uploads needs a folder"));
+
+    if (!readCount(parser, floodBytesOption, &options.floodBytes))
+        return fail(QStringLiteral("not a byte count: %1").arg(parser.value(floodBytesOption)));
+    if (!readCount(parser, floodFramesOption, &options.floodFrames))
+        return fail(QStringLiteral("not a frame count: %1").arg(parser.value(floodFramesOption)));
+    if (options.floodBytes > 0 && options.floodFrames > 0)
+        return fail(QStringLiteral("--flood-bytes and --flood-frames exclude each other"));
+    if (!readCount(parser, dropFileAfterOption, &options.dropFileAfter))
+        return fail(QStringLiteral("not a byte count: %1").arg(parser.value(dropFileAfterOption)));
+    options.badAck = parser.isSet(badAckOption);
+    options.silentFilePort = parser.isSet(silentFilePortOption);
+    if (options.badAck && options.silentFilePort)
+        return fail(QStringLiteral("--bad-ack and --silent-file-port exclude each other"));
 
     SimServer server(options);
     if (!server.listen())

@@ -90,6 +90,7 @@ void FileChannel::adopt(QTcpSocket *socket)
     }
     m_client = socket;
     m_unacknowledged = 0;
+    m_connectionBytes = 0;
     emit clientAdopted();
     connect(socket, &QTcpSocket::readyRead, this, &FileChannel::onReadyRead);
     connect(socket, &QTcpSocket::disconnected, this, &FileChannel::forgetClient);
@@ -102,9 +103,17 @@ void FileChannel::onReadyRead()
 {
     if (!m_client)
         return;
-    const QByteArray bytes = m_client->readAll();
+    QByteArray bytes = m_client->readAll();
+    const bool drop = m_faults.dropAfter > 0 && m_connectionBytes + bytes.size() >= m_faults.dropAfter;
+    if (drop)
+        bytes.truncate(int(m_faults.dropAfter - m_connectionBytes));
+    m_connectionBytes += bytes.size();
     m_unacknowledged += bytes.size();
     emit received(bytes);
+    if (drop) {
+        dropClient();  // unanswered: the sender sees the line go, not an acknowledgement
+        return;
+    }
     while (m_unacknowledged >= PieceSize) {
         m_unacknowledged -= PieceSize;
         acknowledge();
@@ -136,8 +145,21 @@ void FileChannel::acknowledge()
 {
     if (!m_client || m_client->state() != QAbstractSocket::ConnectedState)
         return;
-    m_client->write(Ack);
+    const QByteArray answer = m_faults.acknowledgement(Ack);
+    if (answer.isEmpty())
+        return;
+    m_client->write(answer);
     m_client->flush();
+}
+
+void FileChannel::dropClient()
+{
+    emit logged("file connection closed after " + QByteArray::number(m_connectionBytes) + " bytes\n");
+    // Forgotten first: its disconnected signal must not forget a successor.
+    QTcpSocket *client = m_client;
+    client->disconnect(this);
+    forgetClient();
+    client->disconnectFromHost();
 }
 
 SimServer::SimServer(const SimOptions &options, QObject *parent)
@@ -148,6 +170,8 @@ SimServer::SimServer(const SimOptions &options, QObject *parent)
     connect(&m_commandServer, &QTcpServer::newConnection, this, &SimServer::onNewConnection);
     connect(&m_files, &FileChannel::clientAdopted, this, [this] { m_device.startTransfer(); });
     connect(&m_files, &FileChannel::received, this, [this](const QByteArray &bytes) { m_device.receiveFile(bytes); });
+    connect(&m_files, &FileChannel::logged, this, &SimServer::log);
+    m_files.setFaults({options.badAck, options.silentFilePort, options.dropFileAfter});
 }
 
 bool SimServer::listen()
@@ -195,6 +219,13 @@ void SimServer::onNewConnection()
             m_sessions.remove(socket);
             socket->deleteLater();
         });
+        if (m_options.floodBytes > 0 || m_options.floodFrames > 0) {
+            // Any volume frame will do: the query changes nothing.
+            const QByteArray frame = m_options.floodFrames > 0 ? m_device.handle("{param=Get_Volume}").frames.value(0)
+                                                               : QByteArray();
+            auto *flood = new Flood(socket, m_options.floodFrames > 0 ? m_options.floodFrames : m_options.floodBytes, frame);
+            connect(flood, &Flood::finished, this, &SimServer::log);
+        }
     }
 }
 
@@ -215,11 +246,7 @@ void SimServer::onReadyRead(QTcpSocket *socket)
         QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
         if (!outcome.note.isEmpty())
             line += outcome.note + '\n';
-        if (m_options.verbose) {
-            std::fputs(line.constData(), stderr);
-            std::fflush(stderr);
-        }
-        emit logged(line);
+        log(line);
         // Saved before the closing acknowledgement: a sender that has it finds the file.
         if (outcome.upload && !m_options.saveUploadsDir.isEmpty())
             saveUpload(*outcome.upload);
@@ -251,6 +278,15 @@ void SimServer::onReadyRead(QTcpSocket *socket)
     // disconnectFromHost() lets the replies already written go out first.
     if (drop)
         socket->disconnectFromHost();
+}
+
+void SimServer::log(const QByteArray &lines)
+{
+    if (m_options.verbose) {
+        std::fputs(lines.constData(), stderr);
+        std::fflush(stderr);
+    }
+    emit logged(lines);
 }
 
 QByteArray SimServer::junk() const

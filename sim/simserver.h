@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commandcutter.h"
+#include "faults.h"
 #include "simdevice.h"
 
 #include <QHash>
@@ -24,6 +25,12 @@ struct SimOptions
     bool verbose = false;     // log every received command, and the state it changed, to stderr
     bool broadcast = false;   // replies go to every connected client
     QString saveUploadsDir;   // every finished upload is written here as a file; empty: not kept
+    // Floods, on every command connection as soon as it is accepted; at most one of the two.
+    qint64 floodBytes = 0;    // this many random bytes
+    qint64 floodFrames = 0;   // this many volume frames back to back
+    bool badAck = false;      // the file port answers with garbage instead of "<ACK_1>\r\n"
+    bool silentFilePort = false; // the file port accepts and never answers
+    qint64 dropFileAfter = 0; // close a file connection after this many bytes; 0: never
 };
 
 // The file port: takes one upload connection at a time and paces it the way
@@ -46,10 +53,12 @@ public:
     QString errorString() const { return m_server.errorString(); }
     // The closing acknowledgement of a transfer, after "{param=Done}".
     void acknowledgeUpload();
+    void setFaults(const FileFaults &faults) { m_faults = faults; }
 
 signals:
     void clientAdopted();
     void received(const QByteArray &bytes);
+    void logged(const QByteArray &lines);
 
 private:
     void onNewConnection();
@@ -58,10 +67,13 @@ private:
     void onQuiet();
     void forgetClient();
     void acknowledge();
+    void dropClient();
 
     QTcpServer m_server;
     QPointer<QTcpSocket> m_client;
+    FileFaults m_faults;
     qint64 m_unacknowledged = 0;
+    qint64 m_connectionBytes = 0;
     QTimer m_quietTimer;
 };
 
@@ -82,7 +94,8 @@ public:
     const SimDevice &device() const { return m_device; }
 
 signals:
-    // The lines --verbose writes to stderr for one command, emitted with or without it.
+    // The lines --verbose writes to stderr (one command and its note, a flood's end, a
+    // dropped file connection), emitted with or without it.
     void logged(const QByteArray &lines);
 
 private:
@@ -95,6 +108,7 @@ private:
 
     void onNewConnection();
     void onReadyRead(QTcpSocket *socket);
+    void log(const QByteArray &lines);
     QByteArray junk() const;
     void saveUpload(const SimDevice::Upload &upload);
 
