@@ -1,5 +1,6 @@
 #include "app/appsettings.h"
 #include "app/logger.h"
+#include "app/quitonsignal.h"
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
 #include "mainwindow/widget.h"
@@ -21,6 +22,8 @@ int main(int argc, char *argv[])
 
     QDir().mkpath("log");
     qInstallMessageHandler(logMessageHandler);
+    // A service manager's SIGTERM or a ^C ends the application like its close button.
+    QuitOnSignal quitOnSignal;
 
     // The window shows the process-wide record that the log-in dialogs also use.
     AppSettings *settings = AppSettings::instance();
@@ -35,5 +38,9 @@ int main(int argc, char *argv[])
     frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
     window.move(frame.topLeft());
 
-    return app.exec();
+    const int status = app.exec();
+    // Joined here, while the window and the model its replies feed still exist;
+    // the post routine that would otherwise do it runs after them.
+    MessageDistance::instance()->stopWorker();
+    return status;
 }

@@ -7,6 +7,8 @@
 #include <QTcpServer>
 #include <QTest>
 
+#include <csignal>
+
 namespace {
 struct Outcome
 {
@@ -63,18 +65,18 @@ private slots:
             QTest::newRow(qPrintable("status " + model)) << (outputs == 9 ? "127.0.0.71" : "127.0.0.72")
                 << QStringList{"--model", model, "--", "status"} << queries << QStringList{} << expected;
         }
-        QTest::newRow("route video") << "127.0.0.73" << QStringList{"--", "route", "4", "7"} << QByteArray("{param=4VIDEO7}")
+        QTest::newRow("route video") << "127.0.0.73" << QStringList{"--", "route", "4", "7"} << QByteArray("{param=version}{param=4VIDEO7}")
                                      << QStringList{"mode", "video"} << QVariantMap{{"video/7", 4}, {"video/1", 1}, {"mode", 6}};
         QTest::newRow("route audio") << "127.0.0.74" << QStringList{"--", "route", "2", "3", "--audio"}
-                                     << QByteArray("{param=2AUDIO3}") << QStringList{"audio"}
+                                     << QByteArray("{param=version}{param=2AUDIO3}") << QStringList{"audio"}
                                      << QVariantMap{{"audio/3", 2}, {"audio/4", 4}};
-        QTest::newRow("route ir") << "127.0.0.75" << QStringList{"--", "route", "5", "9", "--ir"} << QByteArray("{param=5IR9}")
+        QTest::newRow("route ir") << "127.0.0.75" << QStringList{"--", "route", "5", "9", "--ir"} << QByteArray("{param=version}{param=5IR9}")
                                   << QStringList{"ir"} << QVariantMap{{"ir/9", 5}, {"ir/8", 8}};
         QVariantMap wall{{"mode", 6}};
         for (int output = 1; output <= 9; ++output)
             wall.insert(QString("video/%1").arg(output), 6);
         QTest::newRow("route wall in mode 6") << "127.0.0.76" << QStringList{"--", "route", "6", "1", "--wall"}
-                                              << QByteArray("{param=6VIDEO101}") << QStringList{"mode", "video"} << wall;
+                                              << QByteArray("{param=version}{param=6VIDEO101}") << QStringList{"mode", "video"} << wall;
     }
 
     void command_printsTheAnsweredRecordAsOneLine()
@@ -110,15 +112,20 @@ private slots:
         QTest::newRow("accepts but never answers") << QStringList{"--host", "127.0.0.78", "--port", "%1", "--timeout", "1", "status"}
                                                    << "orvexctl: no answer from 127.0.0.78:%1 within 1 s\n";
         const QStringList to{"--host", "127.0.0.71", "--port", "8000"};
-        const QString usage = "usage: orvexctl";
-        QTest::newRow("no command") << QStringList{} << usage;
-        QTest::newRow("unknown command") << to + QStringList{"reboot"} << usage;
-        QTest::newRow("unknown option") << to + QStringList{"--fast", "status"} << usage;
-        QTest::newRow("status without host") << QStringList{"--port", "8000", "status"} << usage;
-        QTest::newRow("port not a number") << QStringList{"--host", "127.0.0.71", "--port", "x", "status"} << usage;
-        QTest::newRow("route input not a number") << to + QStringList{"route", "a", "3"} << usage;
-        QTest::newRow("route output missing") << to + QStringList{"route", "3"} << usage;
-        QTest::newRow("route with two kinds") << to + QStringList{"route", "3", "4", "--audio", "--ir"} << usage;
+        const QString usage = "\nusage: orvexctl";
+        QTest::newRow("no command") << QStringList{} << "orvexctl: no command" + usage;
+        QTest::newRow("unknown command") << to + QStringList{"reboot"} << "orvexctl: unknown command reboot" + usage;
+        QTest::newRow("unknown option") << to + QStringList{"--fast", "status"} << "orvexctl: unknown option --fast" + usage;
+        QTest::newRow("status without host") << QStringList{"--port", "8000", "status"} << "orvexctl: status needs --host" + usage;
+        QTest::newRow("port not a number") << QStringList{"--host", "127.0.0.71", "--port", "x", "status"}
+                                           << "orvexctl: --port x is not a port number (1..65535)" + usage;
+        QTest::newRow("route input not a number") << to + QStringList{"route", "a", "3"} << "orvexctl: INPUT a is not a port number" + usage;
+        QTest::newRow("route output missing") << to + QStringList{"route", "3"} << "orvexctl: route needs INPUT and OUTPUT" + usage;
+        QTest::newRow("route with two kinds") << to + QStringList{"route", "3", "4", "--audio", "--ir"}
+                                              << "orvexctl: --audio and --ir exclude each other" + usage;
+        // Refused before connecting: the server sees no connection.
+        QTest::newRow("route input 99") << QStringList{"--host", "127.0.0.69", "--port", "%1", "route", "99", "1"}
+                                        << "orvexctl: INPUT 99 is not an input (1..9)\n";
     }
 
     void failure_printsOnStderrOnlyAndExits2()
@@ -140,6 +147,37 @@ private slots:
         QVERIFY2(err.endsWith('\n') ? run.err == err.toUtf8() : run.err.startsWith(err.toUtf8()), run.err.constData());
         if (arguments.contains("--timeout")) // not before the deadline
             QVERIFY2(clock.elapsed() >= 1000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(silent.waitForNewConnection(0), arguments.contains("127.0.0.78")); // the server that must be reached
+    }
+
+    void route_outOfTheReportedModel_isRefusedUnsent()
+    {
+        SimProcess sim;
+        QVERIFY(sim.start("127.0.0.77", {"--model", "ORXM100", "--verbose"}));
+        const Outcome run = runCtl({"--host", sim.host(), "--port", QString::number(sim.port()), "route", "3", "9"});
+        QCOMPARE(run.exitCode, 2);
+        QCOMPARE(run.err, QByteArray("orvexctl: OUTPUT 9 is not an output (1..8) on this ORXM100, nothing sent\n"));
+        QTRY_COMPARE(sim.commandLog(), QByteArray("cmd: {param=version}\n"));
+    }
+
+    void signal_endsAWaitingRunAtOnceWithStatus0()
+    {
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress("127.0.0.70"), 0));
+        for (int signal : {SIGTERM, SIGINT}) {
+            QProcess ctl;
+            ctl.start(ORVEXCTL_PATH, {"--host", "127.0.0.70", "--port", QString::number(silent.serverPort()), "--timeout", "60", "status"});
+            QVERIFY(silent.waitForNewConnection(5000)); // connected: the handler is in place
+            silent.nextPendingConnection(); // kept open: a device that says nothing
+            QElapsedTimer clock;
+            clock.start();
+            ::kill(pid_t(ctl.processId()), signal);
+            QVERIFY(ctl.waitForFinished(5000));
+            QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+            QCOMPARE(ctl.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(ctl.exitCode(), 0);
+            QCOMPARE(ctl.readAll() + ctl.readAllStandardError(), QByteArray());
+        }
     }
 };
 
