@@ -4,6 +4,7 @@
 #include <QGraphicsDropShadowEffect>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QWindow>
 
 WindowDragger::WindowDragger(QWidget *handle)
     : QObject(handle)
@@ -99,4 +100,51 @@ bool BaseWidget::toggleMaximized()
             setGeometry(m_normalGeometry);
     }
     return m_maximized;
+}
+
+void BaseWidget::setResizableFromEdges(int margin)
+{
+    m_resizeMargin = margin;
+    setMouseTracking(true);
+}
+
+Qt::Edges BaseWidget::edgesAt(const QPoint &pos) const
+{
+    Qt::Edges edges;
+    if (m_resizeMargin <= 0 || m_maximized)
+        return edges;
+    if (pos.x() < m_resizeMargin)
+        edges |= Qt::LeftEdge;
+    if (pos.x() >= width() - m_resizeMargin)
+        edges |= Qt::RightEdge;
+    if (pos.y() < m_resizeMargin)
+        edges |= Qt::TopEdge;
+    if (pos.y() >= height() - m_resizeMargin)
+        edges |= Qt::BottomEdge;
+    return edges;
+}
+
+void BaseWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    const Qt::Edges edges = edgesAt(event->pos());
+    if (edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge))
+        setCursor(Qt::SizeFDiagCursor);
+    else if (edges == (Qt::RightEdge | Qt::TopEdge) || edges == (Qt::LeftEdge | Qt::BottomEdge))
+        setCursor(Qt::SizeBDiagCursor);
+    else if (edges & (Qt::LeftEdge | Qt::RightEdge))
+        setCursor(Qt::SizeHorCursor);
+    else if (edges)
+        setCursor(Qt::SizeVerCursor);
+    else
+        unsetCursor();
+    QWidget::mouseMoveEvent(event);
+}
+
+void BaseWidget::mousePressEvent(QMouseEvent *event)
+{
+    const Qt::Edges edges = edgesAt(event->pos());
+    // The window manager does the resizing, as for any framed window.
+    if (event->button() == Qt::LeftButton && edges && windowHandle() && windowHandle()->startSystemResize(edges))
+        return;
+    QWidget::mousePressEvent(event);
 }

@@ -47,8 +47,16 @@ protected:
     void setDragArea(QWidget *area);
     // Maximises or restores the window; true when it is now maximised.
     bool toggleMaximized();
+    // The translucent margin around the frame resizes the window, as a frame would.
+    void setResizableFromEdges(int margin);
+
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
+    Qt::Edges edgesAt(const QPoint &pos) const;
+
+    int m_resizeMargin = 0;
     bool m_maximized = false;
     QRect m_normalGeometry;
 };

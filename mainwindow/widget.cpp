@@ -118,6 +118,9 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     ui->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"
                                       "background-repeat:no-repeat;");
     resize(1280, 800);
+    // Fits a 1366x768 screen with room for a panel; the margin resizes the window.
+    setMinimumSize(1024, 640);
+    setResizableFromEdges(10);
     show();
 
     if (m_settings->adminFlag() == 0) {
@@ -274,6 +277,9 @@ void Widget::on_CaptionBtn_clicked()
 void Widget::on_btn_RestoreOrMax_clicked()
 {
     const bool maximized = toggleMaximized();
+    // Maximised, the shadow margin would be a grey band around the screen.
+    const int margin = maximized ? 0 : 12;
+    layout()->setContentsMargins(margin, margin, margin, margin);
     ui->btn_RestoreOrMax->setStyleSheet(
         maxButtonStyle(maximized ? ":/Images/window/restore.png" : ":/Images/window/fullscreen.png"));
 }
