@@ -1,12 +1,11 @@
 // The SQLite stores on a real project.db in a temporary folder, read back through a
 // connection of the test's own: typed text comes back literally and outlives the next
-// start, a garbage file fails every operation quietly.
+// start. A locked or garbage file is tst_hardening_store's.
 #include "store/accountstore.h"
 #include "store/database.h"
 #include "store/portnamestore.h"
 #include "logcapture.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -121,20 +120,6 @@ private slots:
         QCOMPARE(PortNameStore::loadPortNames(PortNameStore::VideoInput), (kind ? QMap<int, QString>() : loaded));
         QCOMPARE(rowsOf("select count(*) from InPortName where PortName is null"), QStringList{"0"});
         QCOMPARE(failures(), QStringList());
-    }
-
-    // Every operation fails without a crash and leaves the file as it was; cleanup()
-    // checks that no connection stays behind.
-    void garbageDatabase_failsEveryOperationQuietly()
-    {
-        QFile file(m_path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(4096, 'x')) == 4096);
-        file.close();
-        QVERIFY(!AccountStore::addUser("bob", "pw"));
-        // Unreadable counts as a first start: the login dialog is shown.
-        QCOMPARE(AccountStore::loginModel(), 0);
-        QCOMPARE(PortNameStore::loadPortNames(PortNameStore::VideoInput), (QMap<int, QString>()));
-        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll() == QByteArray(4096, 'x'));
     }
 
 private:
