@@ -8,6 +8,8 @@ HistoryPage::HistoryPage(RouteConfirmer *confirmer, QWidget *parent)
     , m_confirmer(confirmer)
 {
     setObjectName("historyList");
+    setStyleSheet("QListWidget#historyList { border: 0; padding: 8px; color: #2f3b35; }"
+                  "QListWidget#historyList::item { padding: 5px 4px; border-bottom: 1px solid #e3ebe6; }");
     connect(confirmer, &RouteConfirmer::historyChanged, this, &HistoryPage::refill);
     refill();
 }
