@@ -13,6 +13,9 @@ RenameDialog::RenameDialog(const QString &currentName, QWidget *parent)
                             Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
     ui->nameEdit->setText(currentName);
     ui->nameEdit->selectAll();
+    // Typing goes straight into the name: a space must not press a focused button
+    // (the title bar's close button takes no focus), and Enter confirms.
+    ui->nameEdit->setFocus();
     connect(ui->btnOk, &QPushButton::clicked, this, &RenameDialog::confirmSlot);
     connect(ui->btnCancel, &QPushButton::clicked, this, [this] { done(0); });
 }

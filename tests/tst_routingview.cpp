@@ -1,4 +1,5 @@
 #include "mainwindow/listwidget.h"
+#include "mainwindow/portmenus.h"
 #include "mainwindow/renamedialog.h"
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
@@ -6,12 +7,14 @@
 #include "store/database.h"
 #include "store/portnames.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 // Drags the list's current item onto `target` through the list's own drag data
@@ -126,6 +129,26 @@ private slots:
         // Ok closes as accepted even when nothing is emitted.
         QCOMPARE(dialog.result(), int(button == "btnOk"));
         QCOMPARE(newName, emitted ? QList<QVariantList>{{typed}} : QList<QVariantList>{});
+    }
+
+    // Keys go where the keyboard sends them: to the rename dialog's focus widget.
+    void f2ThenTyping_renamesTheCell()
+    {
+        ListWidget list;
+        TableWidget grid, joint, audio, hdmiAudio, ir;
+        grid.setPortNames(m_names.get());
+        grid.buildGrid(3, 3);
+        PortMenus menus({&list, &grid, &joint, &audio, &hdmiAudio, &ir}, nullptr, nullptr, m_names.get(), &grid);
+        grid.show();
+        grid.setCurrentItem(grid.itemForKey(2));
+        QTimer::singleShot(0, this, [] {
+            QVERIFY(QTest::qWaitFor([] { return QApplication::focusWidget()
+                                                && QApplication::focusWidget()->window() == QApplication::activeModalWidget(); }));
+            QTest::keyClicks(QApplication::focusWidget(), "Stage Projector");
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        });
+        QTest::keyClick(&grid, Qt::Key_F2);
+        QCOMPARE(grid.outputName(2), QString("Stage Projector"));
     }
 
 private:
