@@ -17,6 +17,9 @@ Usermanagerdialog::Usermanagerdialog(QWidget *parent)
     m_tipTimer.setSingleShot(true);
 
     connect(ui->tableWidget, &QTableWidget::cellClicked, this, &Usermanagerdialog::cellClickedSlot);
+    // The keyboard moves the selection too, and the fields follow it.
+    connect(ui->tableWidget, &QTableWidget::currentCellChanged, this,
+            [this](int row, int column) { cellClickedSlot(row, column); });
     connect(&m_tipTimer, &QTimer::timeout, ui->tipLabel, &QLabel::clear);
 
     loadUsers();
@@ -32,6 +35,8 @@ void Usermanagerdialog::loadUsers()
 {
     const RowList rows = AccountStore::allUsers();
     m_names.clear();
+    // Emptying the table moves its current cell; the caller decides the state.
+    const QSignalBlocker blocker(ui->tableWidget);
     ui->tableWidget->setRowCount(0);
     for (const auto &row : rows) {
         const int at = ui->tableWidget->rowCount();
@@ -42,12 +47,26 @@ void Usermanagerdialog::loadUsers()
     }
 }
 
+void Usermanagerdialog::selectRow(int column, const QString &text)
+{
+    for (int row = 0; row < ui->tableWidget->rowCount(); ++row) {
+        const QTableWidgetItem *item = ui->tableWidget->item(row, column);
+        if (item && item->text() == text) {
+            ui->tableWidget->setCurrentCell(row, 1);
+            cellClickedSlot(row, 1);
+            return;
+        }
+    }
+    setState(Idle);
+}
+
 void Usermanagerdialog::setState(State state)
 {
     ui->btnAdd->setEnabled(state != Entering);
     ui->btnDel->setEnabled(state == Selected);
     ui->btnEdit->setEnabled(state == Selected);
     ui->btnSave->setEnabled(state == Entering);
+    ui->btnCancel->setEnabled(state == Entering);
     for (QLineEdit *edit : {ui->usernameEdit, ui->passwordEdit, ui->repeatEdit})
         edit->setEnabled(state == Entering);
     if (state == Idle) {
@@ -64,7 +83,10 @@ void Usermanagerdialog::cellClickedSlot(int row, int)
 {
     const QTableWidgetItem *nameItem = ui->tableWidget->item(row, 1);
     const QString name = nameItem ? nameItem->text() : QString();
-    if (name == QLatin1String("ADMIN")) {
+    // The fields show the selected row only; no password dots left from before.
+    ui->passwordEdit->clear();
+    ui->repeatEdit->clear();
+    if (!nameItem || name == QLatin1String("ADMIN")) {
         ui->usernameEdit->clear();
         setState(Idle);
         return;
@@ -83,7 +105,14 @@ void Usermanagerdialog::on_btnAdd_clicked()
 void Usermanagerdialog::on_btnEdit_clicked()
 {
     m_adding = false;
+    m_editedId = currentId();
     setState(Entering);
+}
+
+void Usermanagerdialog::on_btnCancel_clicked()
+{
+    // Back to the row that is still current (if any), as it is stored.
+    cellClickedSlot(ui->tableWidget->currentRow(), 1);
 }
 
 void Usermanagerdialog::on_btnDel_clicked()
@@ -112,12 +141,16 @@ void Usermanagerdialog::on_btnSave_clicked()
         }
         saved = accounts.addUser(name, password);
     } else {
-        saved = accounts.updateUser(currentId(), name, password);
+        saved = accounts.updateUser(m_editedId, name, password);
     }
     // The reloaded list shows the real state; a refused write is also said, so
-    // it is never mistaken for a saved one.
+    // it is never mistaken for a saved one. The account saved stays selected, so
+    // Edit and Delete act on it.
     loadUsers();
-    setState(Selected);
+    if (m_adding)
+        selectRow(1, name);
+    else
+        selectRow(0, QString::number(m_editedId));
     if (!saved)
         showTip(tr("the change could not be saved!"));
 }

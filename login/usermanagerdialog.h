@@ -25,11 +25,14 @@ private slots:
     void on_btnEdit_clicked();
     void on_btnDel_clicked();
     void on_btnSave_clicked();
+    void on_btnCancel_clicked();
     void on_btnClose_clicked();
     void cellClickedSlot(int row, int column);
 
 private:
     void loadUsers();
+    // Makes the row whose `column` reads `text` current, or goes idle when there is none.
+    void selectRow(int column, const QString &text);
     void setState(State state);
     void showTip(const QString &text);
     int currentId() const;
@@ -37,5 +40,6 @@ private:
     Ui::Usermanagerdialog *ui;
     QStringList m_names;
     bool m_adding = false;
+    int m_editedId = -1;
     QTimer m_tipTimer;
 };

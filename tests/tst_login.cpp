@@ -179,6 +179,30 @@ private slots:
         QVERIFY(AccountStore::findUser("ADMIN", "tulip908"));
     }
 
+    // Add, Edit, Delete, Save, Cancel are enabled only when they can act; the fields show the selected row.
+    void userManager_buttonsAndFieldsFollowTheSelection()
+    {
+        Usermanagerdialog dialog;
+        dialog.show();
+        auto state = [&dialog] {
+            QString text;
+            for (const char *name : {"btnAdd", "btnEdit", "btnDel", "btnSave", "btnCancel"})
+                text += child<QPushButton>(&dialog, name)->isEnabled() ? '1' : '0';
+            return text + ' ' + child(&dialog, "usernameEdit")->text() + child(&dialog, "passwordEdit")->text();
+        };
+        fillAndSave(&dialog, "btnAdd", "op", "pw", "pw");
+        QCOMPARE(state(), QString("11100 op"));
+        fillAndSave(&dialog, "btnEdit", "op2", "pw2", "pw2"); // Edit right after Save edits the saved account
+        QVERIFY(AccountStore::findUser("op2", "pw2"));
+        click(&dialog, "btnAdd");
+        child(&dialog, "passwordEdit")->setText("typed");
+        QCOMPARE(state(), QString("00011 typed"));
+        click(&dialog, "btnCancel");
+        QCOMPARE(state(), QString("11100 op2"));
+        child<QTableWidget>(&dialog, "tableWidget")->setCurrentCell(0, 1);
+        QCOMPARE(state(), QString("10000 "));
+    }
+
 private:
     QScopedPointer<QTemporaryDir> m_dir;
 };
