@@ -29,7 +29,8 @@ SettingsPage::SettingsPage(const Views &views, DeviceModel *model, MessageDistan
     views.mac->setValidator(new QRegExpValidator(QRegExp("^([0-9a-fA-F]{2}(:|-)){5}[0-9a-fA-F]{2}$"), this));
 
     views.buzzer->setCheckedColor(QColor("#338c56"));
-    views.buzzer->setBackgroundColor(QColor("#9aa8a0"));
+    // Dark enough that the white thumb stands out when the switch is off.
+    views.buzzer->setBackgroundColor(QColor("#4a5a51"));
 
     connect(views.confirm, &QPushButton::clicked, this, [this] {
         m_sentNetwork = QStringList{m_views.ip->text(), m_views.gateway->text(), m_views.subnet->text(), m_views.mac->text()};

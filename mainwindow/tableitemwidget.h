@@ -1,10 +1,23 @@
 #pragma once
 
+#include <QLabel>
 #include <QWidget>
 
 namespace Ui {
 class TableItemWidget;
 }
+
+// A cell's line: a long name is cut with "…" to the width it has, but the
+// leading port number ("[4] ") stays whole. text() keeps the full line.
+class ElidingLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
 
 // One output cell of a routing grid: the routed input above, the output below.
 class TableItemWidget : public QWidget

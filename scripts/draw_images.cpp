@@ -63,12 +63,14 @@ void drawMark(QPainter &p, const QRectF &r)
                QPointF(r.left() + cell * 3.5, r.top() + cell * 3.5));
 }
 
-QImage appLogo()
+// 64 px for the window, 256 px for the installed desktop icon.
+QImage appLogo(int size)
 {
-    QImage image = canvas(64, 64);
+    QImage image = canvas(size, size);
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
-    drawMark(p, QRectF(2, 2, 60, 60));
+    const qreal margin = size / 32.0;
+    drawMark(p, QRectF(margin, margin, size - 2 * margin, size - 2 * margin));
     return image;
 }
 
@@ -139,6 +141,28 @@ QImage eye(bool open)
     return image;
 }
 
+// The tick of a checked box, white on the accent the style sheet paints behind it.
+QImage tick()
+{
+    QImage image = canvas(12, 12);
+    QPainter p(&image);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(glyphPen(Glyph, 2));
+    p.drawPolyline(QPolygonF({QPointF(2.5, 6.5), QPointF(5, 9), QPointF(9.5, 3.5)}));
+    return image;
+}
+
+// The combo box's drop-down arrow: a chevron in the text grey.
+QImage chevronDown()
+{
+    QImage image = canvas(12, 12);
+    QPainter p(&image);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(glyphPen(Grey, 1.6));
+    p.drawPolyline(QPolygonF({QPointF(2.5, 4.5), QPointF(6, 8), QPointF(9.5, 4.5)}));
+    return image;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -149,11 +173,14 @@ int main(int argc, char *argv[])
         return 2;
     }
     const QString root = QString::fromLocal8Bit(argv[1]);
-    bool ok = save(appLogo(), root, "applogo.png");
+    bool ok = save(appLogo(64), root, "applogo.png");
+    ok &= save(appLogo(256), root, "icon/orvexcontrol-256.png");
     ok &= save(wordLogo(), root, "logo.png");
     for (const char *kind : {"minimize", "close", "fullscreen", "restore", "login_setting"})
         ok &= save(windowGlyph(kind), root, QString("window/%1.png").arg(kind));
     ok &= save(eye(true), root, "login/Show_Pass.png");
     ok &= save(eye(false), root, "login/Hide_pass.png");
+    ok &= save(tick(), root, "controls/tick.png");
+    ok &= save(chevronDown(), root, "controls/chevron_down.png");
     return ok ? 0 : 1;
 }

@@ -8,6 +8,9 @@
 #include "dialogs/switchcontrol.h"
 #include "dialogs/titleorosddialog.h"
 #include "dialogs/volumnsettingdialog.h"
+#include "login/usermanagerdialog.h"
+#include "store/accountstore.h"
+#include "store/database.h"
 #include "store/portnames.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/renamedialog.h"
@@ -21,6 +24,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMimeData>
+#include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QTranslator>
 #include <cstdio>
@@ -81,6 +86,8 @@ int main(int argc, char *argv[])
     table->setFoldAudioOffset(true);
     table->setOutputName(1, "Projector");
     table->setOutputName(5, "Stage left");
+    // Too long for a cell: cut with "…", the port number kept.
+    table->setOutputName(9, "Projector above the main entrance of the hall");
     layout->addWidget(list);
     layout->addWidget(table, 1);
     routing.resize(900, 480);
@@ -97,6 +104,15 @@ int main(int argc, char *argv[])
 
     RenameDialog rename("Camera");
     ok &= save(&rename, out + "/rename.png");
+
+    // Accounts of a scratch project.db, one selected.
+    QTemporaryDir scratch;
+    setDatabasePath(scratch.filePath("project.db"));
+    AccountStore::createTables();
+    AccountStore().addUser("operator", "secret");
+    Usermanagerdialog users;
+    users.findChild<QTableWidget *>("tableWidget")->setCurrentCell(1, 1);
+    ok &= save(&users, out + "/usermanager.png");
 
     // The per-port setting dialogs in both languages, over a model that has answers.
     DeviceRecord record;

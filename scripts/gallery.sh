@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Renders the routing grid, signal list, rename dialog and switches to build/gallery/*.png.
+# Renders the routing grid, signal list, rename and user dialogs, setting dialogs and switches to build/gallery/*.png.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${BUILD_DIR:-$root/build}
