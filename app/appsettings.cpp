@@ -1,6 +1,7 @@
 #include "app/appsettings.h"
 
-#include <QCoreApplication>
+#include "app/datafolder.h"
+
 #include <QDebug>
 #include <QHostAddress>
 #include <QMutex>
@@ -22,7 +23,7 @@ AppSettings *AppSettings::instance()
     static AppSettings *settings = nullptr;
     QMutexLocker locker(&mutex);
     if (!settings)
-        settings = new AppSettings(QCoreApplication::applicationDirPath() + "/config.ini");
+        settings = new AppSettings(dataFolder() + "/config.ini");
     return settings;
 }
 

@@ -5,8 +5,9 @@
 #include <QString>
 #include <QStringList>
 
-// The process-wide settings store: config.ini beside the executable plus the
-// little state that only lives in memory (who is logged in, link state).
+// The process-wide settings store: config.ini in the data folder (beside the
+// executable, or the per-user folder of an installed copy) plus the little
+// state that only lives in memory (who is logged in, link state).
 class AppSettings
 {
 public:

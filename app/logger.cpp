@@ -5,6 +5,26 @@
 #include <QMutex>
 #include <QTextStream>
 
+namespace {
+QMutex &logMutex()
+{
+    static QMutex mutex;
+    return mutex;
+}
+
+QString &folderName()
+{
+    static QString folder = QStringLiteral("log");
+    return folder;
+}
+} // namespace
+
+void setLogFolder(const QString &folder)
+{
+    QMutexLocker locker(&logMutex());
+    folderName() = folder;
+}
+
 QString formatLogLine(const QString &message, const char *file, int line, const QString &dateTime)
 {
     // Successive arg() on purpose: a "%n" inside the message takes part in the
@@ -18,8 +38,7 @@ QString formatLogLine(const QString &message, const char *file, int line, const 
 
 void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    static QMutex mutex;
-    QMutexLocker locker(&mutex);
+    QMutexLocker locker(&logMutex());
 
     // Round trip through the local code page: characters it cannot hold are lost,
     // which keeps the files readable by tools that assume that code page.
@@ -40,7 +59,7 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     const QString line = formatLogLine(text, context.file, context.line, stamp);
 
     // A second clock reading: a line written across midnight may go to the next day's file.
-    QFile file(QString("log/%1.log").arg(QDate::currentDate().toString("yyyy-MM-dd")));
+    QFile file(QString("%1/%2.log").arg(folderName(), QDate::currentDate().toString("yyyy-MM-dd")));
     file.open(QIODevice::ReadWrite | QIODevice::Append);
     QTextStream stream(&file);
     stream << line << "\r\n";

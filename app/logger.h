@@ -4,8 +4,12 @@
 #include <QtGlobal>
 
 // Writes every Qt diagnostic as one CR LF terminated line into
-// "log/yyyy-MM-dd.log" below the current working directory.
+// "log/yyyy-MM-dd.log" below the current working directory, or below the folder
+// given to setLogFolder.
 void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message);
+
+// The folder of the daily files; "log" (relative to the working directory) until set.
+void setLogFolder(const QString &folder);
 
 // The line as the handler writes it, without the line end.
 QString formatLogLine(const QString &message, const char *file, int line, const QString &dateTime);

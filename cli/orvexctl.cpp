@@ -299,6 +299,7 @@ void usage()
                  "usage: orvexctl parse < bytes\n"
                  "       orvexctl --host ADDR --port N [--timeout S] status\n"
                  "       orvexctl --host ADDR --port N [--timeout S] route INPUT OUTPUT [--audio|--ir|--wall]\n"
+                 "       orvexctl --version\n"
                  "  parse   read raw device bytes from standard input and print one JSON line per\n"
                  "          reply frame: frame after repairs, ok, error, signals, object; an unfinished\n"
                  "          frame left at the end, or dropped for growing past 1 MiB, is noted on standard error\n"
@@ -428,6 +429,11 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     qInstallMessageHandler(quietHandler);
+    // The version the application and the emulator of the same build print too.
+    if (app.arguments().mid(1) == QStringList{"--version"}) {
+        std::printf("orvexctl %s\n", ORVEX_VERSION);
+        return 0;
+    }
     QString error;
     bool showUsage = false;
     const std::optional<Invocation> invocation = parseArguments(app.arguments(), &error, &showUsage);

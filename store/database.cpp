@@ -1,6 +1,7 @@
 #include "store/database.h"
 
-#include <QCoreApplication>
+#include "app/datafolder.h"
+
 #include <QDebug>
 #include <QMutex>
 #include <QSqlDatabase>
@@ -84,7 +85,7 @@ QString databasePath()
     QMutexLocker locker(&pathMutex());
     QString &path = storedPath();
     if (path.isEmpty())
-        path = QCoreApplication::applicationDirPath() + QStringLiteral("/project.db");
+        path = dataFolder() + QStringLiteral("/project.db");
     return path;
 }
 

@@ -15,10 +15,11 @@ using RowList = QList<SqlRow>;
 // What one quick read of project.db finds.
 enum class StoreState { Readable, Locked, Unreadable };
 
-// project.db beside the executable, built once and then kept for the process.
+// project.db in the data folder (beside the executable, or the per-user folder
+// of an installed copy), built once and then kept for the process.
 QString databasePath();
 // For tests and tools: points every later statement at another file. An empty
-// path goes back to the file beside the executable.
+// path goes back to the file in the data folder.
 void setDatabasePath(const QString &path);
 
 // Runs one statement that returns no rows; true when it executed. A failure is
