@@ -1,43 +1,33 @@
 // orvexctl: the integrator's command-line view of the device link.
 //   orvexctl parse < capture.bin   one JSON line per reply frame, as the application reads it
-//   orvexctl --host ADDR --port N status
-//                                  refresh everything and print the device record as one JSON line
-//   orvexctl --host ADDR --port N route INPUT OUTPUT [--audio|--ir|--wall]
-//                                  check the ports against the device's model, switch, then
-//                                  print the map the device answers with
+//   orvexctl --host ADDR --port N VERB ...
+//                                  the device verbs (checks.cpp, verbs.cpp, pictures.cpp,
+//                                  watch.cpp): arguments checked first, then one JSON line with
+//                                  what the device answered
 #include "app/quitonsignal.h"
-#include "device/devicemodel.h"
-#include "device/devicestate.h"
-#include "device/messagedistance.h"
+#include "cli/verbs.h"
 #include "device/replyparser.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QEventLoop>
+#include <QGuiApplication>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QSet>
 #include <QStringList>
 #include <QTextStream>
-#include <QTimer>
 
 #include <cstdio>
-#include <functional>
-#include <limits>
+#include <memory>
 #include <optional>
 
 namespace {
 
-constexpr int ExitFailure = 2;
-constexpr int DefaultDeadlineSeconds = 5;
-
 void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    // The parser's own log lines belong to the application's log file, not to our output.
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    // The parser's own log lines belong to the application's log file, not to our output;
+    // so does Qt's note on a missing runtime folder, which drawing text brings up as root.
+    if (type != QtDebugMsg && type != QtInfoMsg && !message.startsWith(QLatin1String("QStandardPaths:")))
         std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
@@ -48,12 +38,6 @@ void parseHandler(QtMsgType type, const QMessageLogContext &context, const QStri
         std::fprintf(stderr, "orvexctl: %s\n", qPrintable(message));
     else
         quietHandler(type, context, message);
-}
-
-void printLine(const QJsonObject &object)
-{
-    QTextStream out(stdout);
-    out << QJsonDocument(object).toJson(QJsonDocument::Compact) << '\n';
 }
 
 // ---- parse ----------------------------------------------------------------
@@ -99,221 +83,50 @@ int runParse()
     return 0;
 }
 
-// ---- talking to the device -------------------------------------------------
-
-// A reply the exchange waits for; the device model reads every reply itself.
-using Reply = void (MessageDistance::*)(QJsonObject);
-
-constexpr Reply VideoMapReply = &MessageDistance::receiveVideoMapSig;
-constexpr Reply AudioMapReply = &MessageDistance::receiveAudioMapSig;
-constexpr Reply IrMapReply = &MessageDistance::receiveIrMapSig;
-
-struct Target
-{
-    QString host;
-    quint16 port = 0;
-    int deadlineSeconds = DefaultDeadlineSeconds;
-};
-
-// Rounds with the device under one deadline, which also covers connecting (the
-// link retries a refused connection every 2 s on its own): each round sends once
-// the command connection is up, feeds replies into the device model (the same
-// reading as the main window) and waits until each awaited reply has come at
-// least once.
-class Exchange
-{
-public:
-    enum Outcome { Answered, TimedOut, Interrupted };
-    // What the loops return when SIGINT or SIGTERM ends the program.
-    static constexpr int InterruptedCode = 130;
-
-    explicit Exchange(const Target &target);
-
-    const DeviceRecord &record() const { return m_model.record(); }
-
-    // On a timeout, also reports on stderr.
-    Outcome round(const QList<Reply> &awaited, const std::function<void(MessageDistance &)> &send);
-
-private:
-    Target m_target;
-    QDeadlineTimer m_deadline;
-    DeviceModel m_model;
-    bool m_started = false;
-    bool m_connected = false;
-    bool m_sent = false;
-    // Last, so that its worker is joined before anything its replies are queued to goes away.
-    MessageDistance m_link;
-};
-
-Exchange::Exchange(const Target &target)
-    : m_target(target)
-    , m_deadline(target.deadlineSeconds * 1000, Qt::PreciseTimer)
-{
-    m_model.attach(&m_link);
-    QObject::connect(&m_link, &MessageDistance::connectSuccessFulSig, [this] { m_connected = true; });
-    QObject::connect(&m_link, &MessageDistance::connectFailureSig, [this] { m_connected = false; });
-}
-
-Exchange::Outcome Exchange::round(const QList<Reply> &awaited, const std::function<void(MessageDistance &)> &send)
-{
-    QEventLoop loop;  // also the context of this round's connections
-    QSet<int> missing;
-    for (int i = 0; i < awaited.size(); ++i) {
-        missing.insert(i);
-        // Connected after the model's own connection, so the model has read the reply.
-        QObject::connect(&m_link, awaited[i], &loop, [&missing, &loop, i] {
-            missing.remove(i);
-            if (missing.isEmpty())
-                loop.exit(Answered);
-        });
-    }
-    bool sent = false;
-    auto sendOnce = [&] {
-        // Only once: a reconnect after a dropped line must not switch twice.
-        if (!sent) {
-            sent = m_sent = true;
-            send(m_link);
-        }
-    };
-    QObject::connect(&m_link, &MessageDistance::connectSuccessFulSig, &loop, sendOnce);
-    QTimer::singleShot(int(m_deadline.remainingTime()), Qt::PreciseTimer, &loop, [&loop] { loop.exit(TimedOut); });
-    if (!m_started) {
-        m_started = true;
-        m_link.connectToDevice(m_target.host, m_target.port);
-    } else if (m_connected) {
-        sendOnce();
-    }
-    const int result = loop.exec();
-    if (result == Answered)
-        return Answered;
-    if (result != TimedOut)
-        return Interrupted;  // the signal handler's code, or -1 once the application is quitting
-    std::fprintf(stderr, "orvexctl: %s %s:%u within %d s\n", m_sent ? "no answer from" : "no connection to",
-                 qPrintable(m_target.host), unsigned(m_target.port), m_target.deadlineSeconds);
-    return TimedOut;
-}
-
-// What the program returns for a round that did not end with the answers.
-int exitStatus(Exchange::Outcome outcome)
-{
-    return outcome == Exchange::Interrupted ? 0 : ExitFailure;
-}
-
-int runStatus(const Target &target)
-{
-    Exchange exchange(target);
-    const Exchange::Outcome outcome = exchange.round(
-        {&MessageDistance::receiveVersionSig, VideoMapReply, AudioMapReply, IrMapReply,
-         &MessageDistance::receiveInputChannelStateSig, &MessageDistance::receiveInChannelResolutionMapSig,
-         &MessageDistance::receiveNetWorkImforamtionSig, &MessageDistance::receiveOutChannelResolutionMapSig,
-         &MessageDistance::receiveVolumnImformationSig},
-        [](MessageDistance &link) {
-            // The main window's refresh, plus the volumes it asks for separately.
-            DeviceModel::requestState(&link);
-            link.sendVolumeQuery();
-        });
-    if (outcome != Exchange::Answered)
-        return exitStatus(outcome);
-    printLine(DeviceState::toJson(exchange.record()));
-    return 0;
-}
-
-// What a switch kind answers with, and under which name of the record's JSON that map is.
-struct RouteKind
-{
-    int kind;
-    Reply reply;
-    const char *mapName;
-};
-
-const RouteKind VideoRoute{DeviceModel::Video, VideoMapReply, "video"};
-const RouteKind AudioRoute{DeviceModel::Audio, AudioMapReply, "audio"};
-const RouteKind IrRoute{DeviceModel::Ir, IrMapReply, "ir"};
-const RouteKind WallRoute{DeviceModel::Wall, VideoMapReply, "video"};
-
-// Inputs and outputs of each kind; the ORXM100 (model flag 0) has 8, the ORXM200 9.
-constexpr int MaxPorts = 9;
-int modelPorts(const DeviceRecord &record)
-{
-    return record.modelFlag() == 0 ? 8 : 9;
-}
-
-// Why INPUT or OUTPUT cannot be switched on a device with `ports` ports; empty when they can.
-QString routeError(const RouteKind &route, int input, int output, int ports)
-{
-    const QString range = QStringLiteral("(1..%1)").arg(ports);
-    if (input > ports)
-        return QStringLiteral("INPUT %1 is not an input %2").arg(input).arg(range);
-    if (&route == &WallRoute)
-        return QString();  // the wall is one output, whatever OUTPUT says
-    // Audio outputs also address the HDMI audio of output k as 100 + k.
-    if (&route == &AudioRoute && output > 100 && output - 100 <= ports)
-        return QString();
-    if (output > ports)
-        return QStringLiteral("OUTPUT %1 is not an output %2%3")
-            .arg(output)
-            .arg(range, &route == &AudioRoute ? QStringLiteral(" or HDMI audio (101..%1)").arg(100 + ports) : QString());
-    return QString();
-}
-
-int runRoute(const Target &target, const RouteKind &route, int input, int output)
-{
-    Exchange exchange(target);
-    // The model first: an ORXM100 has one port less than the check before connecting allowed.
-    Exchange::Outcome outcome =
-        exchange.round({&MessageDistance::receiveVersionSig}, [](MessageDistance &link) { link.sendVersionQuery(); });
-    if (outcome != Exchange::Answered)
-        return exitStatus(outcome);
-    const QString error = routeError(route, input, output, modelPorts(exchange.record()));
-    if (!error.isEmpty()) {
-        std::fprintf(stderr, "orvexctl: %s on this %s, nothing sent\n", qPrintable(error),
-                     qPrintable(exchange.record().modelType()));
-        return ExitFailure;
-    }
-    outcome = exchange.round({route.reply}, [&](MessageDistance &link) { link.sendSwitch(input, output, route.kind); });
-    if (outcome != Exchange::Answered)
-        return exitStatus(outcome);
-    const QJsonObject state = DeviceState::toJson(exchange.record());
-    QJsonObject line{{route.mapName, state.value(route.mapName)}};
-    // The join mode travels with the video map.
-    if (route.reply == VideoMapReply)
-        line.insert("mode", state.value("joinMode"));
-    printLine(line);
-    return 0;
-}
-
 // ---- command line ----------------------------------------------------------
 
 struct Invocation
 {
-    enum Command { Help, Parse, Status, Route } command = Help;
+    enum Command { Help, Parse, Device } command = Help;
+    QString verb;
     Target target;
-    const RouteKind *route = &VideoRoute;
-    int input = 0;
-    int output = 0;
+    VerbRun run;
 };
 
 void usage()
 {
     std::fprintf(stderr,
                  "usage: orvexctl parse < bytes\n"
-                 "       orvexctl --host ADDR --port N [--timeout S] status\n"
-                 "       orvexctl --host ADDR --port N [--timeout S] route INPUT OUTPUT [--audio|--ir|--wall]\n"
+                 "       orvexctl --host ADDR --port N [--timeout S] VERB ...\n"
                  "       orvexctl --version\n"
                  "  parse   read raw device bytes from standard input and print one JSON line per\n"
                  "          reply frame: frame after repairs, ok, error, signals, object; an unfinished\n"
                  "          frame left at the end, or dropped for growing past 1 MiB, is noted on standard error\n"
-                 "  status  query everything and print the device record as one JSON line\n"
-                 "  route   switch INPUT to OUTPUT (video unless --audio or --ir; --wall switches the\n"
-                 "          whole joined wall and ignores OUTPUT) and print the map the device answers.\n"
-                 "          Ports are 1..9, 1..8 on an ORXM100 (asked for its model first); audio outputs\n"
-                 "          101.. are the HDMI audio of outputs 1..; a port out of range is refused unsent\n"
+                 "verbs, each printing one JSON line with what the device answered:\n"
+                 "  status                  the device record\n"
+                 "  route INPUT OUTPUT [--audio|--ir|--wall]\n"
+                 "                          switch (video unless --audio or --ir; --wall switches the whole\n"
+                 "                          joined wall and ignores OUTPUT); prints the device's map, exit\n"
+                 "                          status 3 when it does not show the switch\n"
+                 "  preset save|recall N    preset slot 1..16; recall prints the recalled maps\n"
+                 "  volume PORT LEVEL       level 0..100; prints the volumes\n"
+                 "  mute PORT               toggles the mute; prints the volumes and whether PORT is muted\n"
+                 "  pattern in|out PORT N   test pattern 0..11 (0: the picture) of an input or output\n"
+                 "  resolution PORT TEXT    output timing, e.g. 1920x1080x60Hz; prints the output resolutions\n"
+                 "  edid copy IN OUT        input IN takes the EDID of the display on output OUT\n"
+                 "  edid upload IN FILE     input IN takes FILE as its EDID (file port 6666)\n"
+                 "  caption TEXT [--output N]\n"
+                 "                          TEXT drawn as the caption picture of output N (default 1)\n"
+                 "  logo OUTPUT FILE        the picture FILE as the OSD logo of port OUTPUT\n"
+                 "  watch                   one JSON line per change of the device's state, until SIGINT/SIGTERM\n"
+                 "  Ports are 1..9, 1..8 on an ORXM100 (asked for its model first); audio outputs\n"
+                 "  101.. are the HDMI audio of outputs 1..; a wrong argument is named and nothing is sent.\n"
                  "  Without an answer within S seconds (default %d): one line on standard error, exit status 2.\n"
                  "  SIGINT or SIGTERM: stops at once, prints nothing more, exit status 0.\n",
                  DefaultDeadlineSeconds);
 }
 
-std::optional<int> positiveNumber(const QString &text, int max = std::numeric_limits<int>::max())
+std::optional<int> positiveNumber(const QString &text, int max)
 {
     bool ok = false;
     const int value = text.toInt(&ok);
@@ -334,7 +147,8 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, QString *
     const QCommandLineOption ir("ir", "");
     const QCommandLineOption wall("wall", "");
     const QCommandLineOption timeout("timeout", "", "s");
-    parser.addOptions({help, host, port, audio, ir, wall, timeout});
+    const QCommandLineOption output("output", "", "n");
+    parser.addOptions({help, host, port, audio, ir, wall, timeout, output});
     *showUsage = true;
     if (!parser.parse(arguments)) {
         const QStringList unknown = parser.unknownOptionNames();
@@ -356,7 +170,7 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, QString *
         *error = QStringLiteral("no command");
         return std::nullopt;
     }
-    if (command != "status" && command != "route") {
+    if (!isDeviceVerb(command)) {
         *error = QStringLiteral("unknown command %1").arg(command);
         return std::nullopt;
     }
@@ -379,64 +193,49 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, QString *
         }
         invocation.target.deadlineSeconds = *seconds;
     }
-    QStringList kinds;
+    VerbOptions options;
     for (const QCommandLineOption *kind : {&audio, &ir, &wall}) {
         if (parser.isSet(*kind))
-            kinds << "--" + kind->names().first();
+            options.kinds << "--" + kind->names().first();
     }
-
-    if (command == "status") {
-        if (positional.size() > 1)
-            *error = QStringLiteral("status takes no argument, got %1").arg(positional[1]);
-        else if (!kinds.isEmpty())
-            *error = QStringLiteral("%1 goes with route, not status").arg(kinds[0]);
-        invocation.command = Invocation::Status;
-        return error->isEmpty() ? std::optional<Invocation>(invocation) : std::nullopt;
-    }
-    if (positional.size() != 3) {
-        *error = positional.size() < 3 ? QStringLiteral("route needs INPUT and OUTPUT")
-                                       : QStringLiteral("route takes INPUT and OUTPUT only, got %1 too").arg(positional[3]);
+    options.outputSet = parser.isSet(output);
+    options.output = parser.value(output);
+    VerbCheck check = checkVerb(command, positional.mid(1), options);
+    if (!check.run) {
+        *error = check.error;
+        *showUsage = check.showUsage;
         return std::nullopt;
     }
-    if (kinds.size() > 1) {
-        *error = QStringLiteral("%1 exclude each other").arg(kinds.join(" and "));
-        return std::nullopt;
-    }
-    const std::optional<int> input = positiveNumber(positional.at(1));
-    const std::optional<int> output = positiveNumber(positional.at(2));
-    if (!input || !output) {
-        *error = QStringLiteral("%1 %2 is not a port number").arg(input ? "OUTPUT" : "INPUT", positional.at(input ? 2 : 1));
-        return std::nullopt;
-    }
-    invocation.command = Invocation::Route;
-    invocation.input = *input;
-    invocation.output = *output;
-    if (parser.isSet(audio))
-        invocation.route = &AudioRoute;
-    else if (parser.isSet(ir))
-        invocation.route = &IrRoute;
-    else if (parser.isSet(wall))
-        invocation.route = &WallRoute;
-    // The largest model's ports now; the device's own model once connected.
-    *error = routeError(*invocation.route, invocation.input, invocation.output, MaxPorts);
-    *showUsage = false;
-    return error->isEmpty() ? std::optional<Invocation>(invocation) : std::nullopt;
+    invocation.command = Invocation::Device;
+    invocation.verb = command;
+    invocation.run = *check.run;
+    return invocation;
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
-    qInstallMessageHandler(quietHandler);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
     // The version the application and the emulator of the same build print too.
-    if (app.arguments().mid(1) == QStringList{"--version"}) {
+    if (arguments.mid(1) == QStringList{"--version"}) {
         std::printf("orvexctl %s\n", ORVEX_VERSION);
         return 0;
     }
+    qInstallMessageHandler(quietHandler);
     QString error;
     bool showUsage = false;
-    const std::optional<Invocation> invocation = parseArguments(app.arguments(), &error, &showUsage);
+    const std::optional<Invocation> invocation = parseArguments(arguments, &error, &showUsage);
+    // Drawing text needs fonts, hence a QGuiApplication; offscreen, so no display is needed.
+    std::unique_ptr<QCoreApplication> app;
+    if (invocation && needsGui(invocation->verb)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
     if (!invocation) {
         std::fprintf(stderr, "orvexctl: %s\n", qPrintable(error));
         if (showUsage)
@@ -447,13 +246,10 @@ int main(int argc, char *argv[])
     case Invocation::Parse:
         // Blocking reads and no thread: the default action of the signals is clean enough.
         return runParse();
-    case Invocation::Status:
-    case Invocation::Route: {
+    case Invocation::Device: {
         // The loops return, the link's worker is joined, and nothing is printed.
         QuitOnSignal quitOnSignal(Exchange::InterruptedCode);
-        return invocation->command == Invocation::Status
-            ? runStatus(invocation->target)
-            : runRoute(invocation->target, *invocation->route, invocation->input, invocation->output);
+        return invocation->run(invocation->target);
     }
     case Invocation::Help:
         break;

@@ -81,9 +81,13 @@ int main(int argc, char *argv[])
         QStringLiteral("Close a file connection, unanswered, once it has received n bytes (default 0: never); "
                        "bytes beyond n are discarded."),
         QStringLiteral("n"), QStringLiteral("0"));
+    const QCommandLineOption loseEveryOption(QStringLiteral("lose-every"),
+        QStringLiteral("Silently ignore every n-th switch command ({param=<i>VIDEO<o>}, AUDIO, IR): neither "
+                       "applied nor answered; --verbose logs it as \"cmd: ... (lost)\" (default 0: never)."),
+        QStringLiteral("n"), QStringLiteral("0"));
     parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
                        dropAfterOption, broadcastOption, verboseOption, saveUploadsOption, floodBytesOption,
-                       floodFramesOption, badAckOption, silentFilePortOption, dropFileAfterOption});
+                       floodFramesOption, badAckOption, silentFilePortOption, dropFileAfterOption, loseEveryOption});
     parser.process(app);
 
     SimOptions options;
@@ -120,6 +124,9 @@ int main(int argc, char *argv[])
         return fail(QStringLiteral("--flood-bytes and --flood-frames exclude each other"));
     if (!readCount(parser, dropFileAfterOption, &options.dropFileAfter))
         return fail(QStringLiteral("not a byte count: %1").arg(parser.value(dropFileAfterOption)));
+    options.loseEvery = parser.value(loseEveryOption).toInt(&ok);
+    if (!ok || options.loseEvery < 0)
+        return fail(QStringLiteral("not a command count: %1").arg(parser.value(loseEveryOption)));
     options.badAck = parser.isSet(badAckOption);
     options.silentFilePort = parser.isSet(silentFilePortOption);
     if (options.badAck && options.silentFilePort)

@@ -31,6 +31,13 @@ QByteArray printable(const QByteArray &bytes)
     return text;
 }
 
+// {param=<i>VIDEO<o>}, AUDIO or IR: the commands --lose-every drops.
+bool isSwitch(const QByteArray &command)
+{
+    static const QRegularExpression pattern(QStringLiteral(R"(^\{param=\d+(VIDEO|AUDIO|IR)\d+\}$)"));
+    return pattern.match(QString::fromLatin1(command)).hasMatch();
+}
+
 } // namespace
 
 const QByteArray FileChannel::Ack = "<ACK_1>\r\n";
@@ -242,6 +249,11 @@ void SimServer::onReadyRead(QTcpSocket *socket)
     QByteArray out;
     QByteArray command;
     while (session->cutter.next(&command)) {
+        // A switch lost on its way: the device neither applies nor answers it.
+        if (m_options.loseEvery > 0 && isSwitch(command) && ++m_switches % m_options.loseEvery == 0) {
+            log("cmd: " + printable(command) + " (lost)\n");
+            continue;
+        }
         const SimDevice::Outcome outcome = m_device.handle(command);
         QByteArray line = "cmd: " + printable(command) + (outcome.understood ? "" : " (not understood)") + '\n';
         if (!outcome.note.isEmpty())

@@ -31,6 +31,7 @@ struct SimOptions
     bool badAck = false;      // the file port answers with garbage instead of "<ACK_1>\r\n"
     bool silentFilePort = false; // the file port accepts and never answers
     qint64 dropFileAfter = 0; // close a file connection after this many bytes; 0: never
+    int loseEvery = 0;        // ignore every n-th switch command, unanswered; 0: never
 };
 
 // The file port: takes one upload connection at a time and paces it the way
@@ -119,4 +120,5 @@ private:
     QHash<QTcpSocket *, Session> m_sessions;
     QString m_error;
     int m_savedUploads = -1;  // sequence number of the last file saved; -1: folder not read yet
+    int m_switches = 0;       // switch commands received, for --lose-every
 };
