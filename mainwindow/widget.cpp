@@ -14,6 +14,7 @@
 #include "mainwindow/presetspage.h"
 #include "mainwindow/routingpages.h"
 #include "mainwindow/settingspage.h"
+#include "mainwindow/statusline.h"
 #include "mainwindow/sigmanager.h"
 #include "mainwindow/storecheck.h"
 #include "store/accountstore.h"
@@ -23,12 +24,6 @@
 #include <QShortcut>
 
 namespace {
-// Status texts are translation keys: their uneven blanks are kept byte for byte.
-const char StatusConnecting[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connecting");
-const char StatusConnected[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3   Ip:%1  Port:%2  connected");
-const char StatusDisconnected[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 disconnected");
-// After a language change the evenly spaced variant is shown; both are kept.
-const char StatusConnectedEven[] = QT_TRANSLATE_NOOP("Widget", "OrvexMatrixControl  User:%3  Ip:%1  Port:%2 connected");
 
 QString maxButtonStyle(const char *image)
 {
@@ -55,6 +50,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     setWindowTitle("ORVEXMATRIX CONTORL");
 
     applyStartLanguage();
+    m_status = new StatusLine(ui->labelStatus, ui->labelStatusLed, m_settings, this);
 
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &Widget::tabChanged);
     connect(ui->btn_RestoreOrMax, &QPushButton::clicked, this, &Widget::on_btn_RestoreOrMax_clicked);
@@ -132,14 +128,6 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
 
 void Widget::setUpNotices()
 {
-    // Refused and failed actions are told beside the connection status, and fade after a while.
-    m_notice = new QLabel(this);
-    m_notice->setObjectName("noticeLabel");
-    auto *bar = qobject_cast<QBoxLayout *>(ui->labelStatus->parentWidget()->layout());
-    bar->insertWidget(bar->indexOf(ui->labelStatus) + 1, m_notice);
-    m_noticeTimer.setSingleShot(true);
-    m_noticeTimer.setInterval(8000);
-    connect(&m_noticeTimer, &QTimer::timeout, m_notice, &QLabel::clear);
     connect(m_pages, &RoutingPages::notice, this, &Widget::showNotice);
     connect(m_portMenus, &PortMenus::notice, this, &Widget::showNotice);
     connect(m_settingsPage, &SettingsPage::notice, this, &Widget::showNotice);
@@ -155,13 +143,12 @@ void Widget::setUpNotices()
 
 void Widget::showNotice(const QString &text)
 {
-    m_notice->setText(text);
-    m_noticeTimer.start();
+    m_status->showNotice(text);
 }
 
 QString Widget::noticeText() const
 {
-    return m_notice->text();
+    return m_status->notice();
 }
 
 Widget::~Widget()
@@ -171,7 +158,7 @@ Widget::~Widget()
 
 QString Widget::statusText() const
 {
-    return ui->labelStatus->text();
+    return m_status->text();
 }
 
 QMenu *Widget::createPortMenu(QWidget *view)
@@ -217,13 +204,8 @@ void Widget::on_languageComboBox_currentIndexChanged(int index)
 
 void Widget::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::LanguageChange && ui) {
-        switch (m_settings->connectionState()) {
-        case AppSettings::Disconnected: ui->labelStatus->setText(formatStatus(StatusDisconnected)); break;
-        case AppSettings::Connected: ui->labelStatus->setText(formatStatus(StatusConnectedEven)); break;
-        default: ui->labelStatus->setText(formatStatus(StatusConnecting)); break;
-        }
-    }
+    if (event->type() == QEvent::LanguageChange && ui && m_status)
+        m_status->retranslate();
     BaseWidget::changeEvent(event);
 }
 
@@ -284,18 +266,11 @@ void Widget::on_btn_RestoreOrMax_clicked()
         maxButtonStyle(maximized ? ":/Images/window/restore.png" : ":/Images/window/fullscreen.png"));
 }
 
-QString Widget::formatStatus(const char *source) const
+void Widget::setStatus(int state)
 {
-    return tr(source).arg(m_settings->ip()).arg(m_settings->port()).arg(m_settings->currentUser());
-}
-
-void Widget::setStatus(const QString &text, int state)
-{
-    ui->labelStatus->setText(text);
+    m_status->show(state);
     if (m_pages)
         m_pages->setOnline(state == AppSettings::Connected);
-    static const char *const colours[] = {"#d9534f", "#e0a526", "#338c56"};
-    ui->labelStatusLed->setStyleSheet(QString("background:%1; border-radius:5px;").arg(colours[state]));
 }
 
 void Widget::on_refrenshBtn_clicked()
@@ -307,18 +282,18 @@ void Widget::receiveNetWorkSuccessfulSlot()
 {
     on_refrenshBtn_clicked();
     m_settings->setConnectionState(AppSettings::Connected);
-    setStatus(formatStatus(StatusConnected), AppSettings::Connected);
+    setStatus(AppSettings::Connected);
 }
 
 void Widget::receivenetWorkFailSlot()
 {
-    setStatus(formatStatus(StatusDisconnected), AppSettings::Disconnected);
+    setStatus(AppSettings::Disconnected);
 }
 
 void Widget::receiveConnectingSlot()
 {
     m_settings->setConnectionState(AppSettings::Connecting);
-    setStatus(formatStatus(StatusConnecting), AppSettings::Connecting);
+    setStatus(AppSettings::Connecting);
 }
 
 void Widget::disConnectedSlot()

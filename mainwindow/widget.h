@@ -3,7 +3,6 @@
 #include "dialogs/basewidget.h"
 
 #include <QJsonObject>
-#include <QTimer>
 #include <QTranslator>
 
 class AppSettings;
@@ -13,7 +12,7 @@ class PortMenus;
 class PortNames;
 class RoutingPages;
 class SettingsPage;
-class QLabel;
+class StatusLine;
 class QMenu;
 
 // What the main window works on, handed in by whoever builds it.
@@ -83,8 +82,7 @@ private:
     void installLanguage(int index);
     void runLoginDecision();
     void relogin();
-    void setStatus(const QString &text, int state);
-    QString formatStatus(const char *source) const;
+    void setStatus(int state);
 
     void tabChanged(int index);
     void setUpNotices();
@@ -97,8 +95,7 @@ private:
     RoutingPages *m_pages = nullptr;
     PortMenus *m_portMenus = nullptr;
     SettingsPage *m_settingsPage = nullptr;
-    QLabel *m_notice = nullptr;
+    StatusLine *m_status = nullptr;
     QList<QWidget *> m_settingsTabs;
-    QTimer m_noticeTimer;
     QTranslator m_translator;
 };
