@@ -52,6 +52,17 @@ void AppSettings::setLanguage(int language)
     m_settings.sync();
 }
 
+QByteArray AppSettings::windowGeometry() const
+{
+    return m_settings.value(QStringLiteral("Window/geometry")).toByteArray();
+}
+
+void AppSettings::setWindowGeometry(const QByteArray &geometry)
+{
+    m_settings.setValue(QStringLiteral("Window/geometry"), geometry);
+    m_settings.sync();
+}
+
 void AppSettings::reportUnusable(const char *key, const QString &text, const QString &fallback) const
 {
     const QString entry = QLatin1String(key) + QLatin1Char('=') + text;

@@ -26,6 +26,9 @@ public:
     int port() const;
     QString username() const;
     int language() const;
+    // The main window's place and size, as QWidget::saveGeometry gives it; empty at first start.
+    QByteArray windowGeometry() const;
+    void setWindowGeometry(const QByteArray &geometry);
 
     QString currentUser() const { return m_currentUser; }
     void setCurrentUser(const QString &name) { m_currentUser = name; }

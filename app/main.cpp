@@ -79,9 +79,12 @@ int main(int argc, char *argv[])
     PortNames names;
 
     Widget window({settings, &model, MessageDistance::instance(), &names});
-    QRect frame = window.frameGeometry();
-    frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
-    window.move(frame.topLeft());
+    if (settings->windowGeometry().isEmpty()) {
+        // First start: centred; later starts open where the window was left.
+        QRect frame = window.frameGeometry();
+        frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+        window.move(frame.topLeft());
+    }
 
     const int status = app.exec();
     // Joined here, while the window and the model its replies feed still exist;

@@ -20,6 +20,7 @@
 #include "store/accountstore.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QBoxLayout>
 #include <QShortcut>
 
@@ -117,6 +118,8 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     // Fits a 1366x768 screen with room for a panel; the margin resizes the window.
     setMinimumSize(1024, 640);
     setResizableFromEdges(10);
+    // Where the operator left it; a screen that is gone leaves the window where Qt puts it.
+    restoreGeometry(m_settings->windowGeometry());
     show();
 
     if (m_settings->adminFlag() == 0) {
@@ -200,6 +203,12 @@ void Widget::on_languageComboBox_currentIndexChanged(int index)
     m_settingsPage->showVersions();
     // Default port names follow the language.
     m_pages->reloadNames();
+}
+
+void Widget::closeEvent(QCloseEvent *event)
+{
+    m_settings->setWindowGeometry(saveGeometry());
+    BaseWidget::closeEvent(event);
 }
 
 void Widget::changeEvent(QEvent *event)

@@ -25,6 +25,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -55,6 +56,7 @@ private slots:
     void statusLine_followsDeviceStopAndRestart();
     void eightOutputModel_showsEightCellsAndAFourByTwoFace();
     void restoreOrMaximise_twiceReturnsToNormal();
+    void windowGeometry_isKeptBetweenStarts();
     void factoryReset_asksFirst();
     void networkSettingsRefused_areNamed();
     void offline_dropSendsNothingAndSaysSo();
@@ -511,6 +513,18 @@ void tst_MainWindow::restoreOrMaximise_twiceReturnsToNormal()
     QTest::mouseClick(button, Qt::LeftButton);
     QTRY_VERIFY(!m_window->isMaximized());
     QVERIFY(button->styleSheet().contains(":/Images/window/fullscreen.png"));
+}
+
+void tst_MainWindow::windowGeometry_isKeptBetweenStarts()
+{
+    // This window started from a config.ini without the key; the next start finds it.
+    QVERIFY(m_settings->windowGeometry().isEmpty());
+    m_window->setGeometry(40, 30, 1100, 700);
+    const QRect placed = m_window->geometry();
+    m_window->close();
+    m_window = std::make_unique<Widget>(WindowContext{m_settings.get(), m_model.get(), m_link.get(), m_names.get()});
+    QCOMPARE(m_window->geometry().size(), placed.size());
+    QCOMPARE(QSettings(iniPath(), QSettings::IniFormat).value("NetWork/Port").toInt(), int(m_sim.port()));
 }
 
 void tst_MainWindow::factoryReset_asksFirst()
