@@ -4,7 +4,7 @@
 
 #include "device/devicestate.h"
 
-#include <QFileInfo>
+#include <QFile>
 #include <QJsonObject>
 
 #include <cstdio>
