@@ -15,6 +15,10 @@ public:
     bool next(ParsedReply *reply);
     int bufferedBytes() const { return m_buffer.size(); }
 
+    // The repairs as first written, on a Latin-1 QString copy; the benchmark
+    // checks that ReplyParser::repair gives the same bytes.
+    static QByteArray repairOnText(const QByteArray &frame);
+
 private:
     QByteArray m_buffer;
 };

@@ -63,6 +63,8 @@ public:
 
 private:
     static ParsedReply decodeQuietly(const QByteArray &rawFrame);
+    static QByteArray repairFindingWords(const QByteArray &frame, unsigned *words);
+    static QVector<ReplySignal> routeWords(unsigned words);
     static void logBadFrame(const ParsedReply &reply, int inARow);
 
     QByteArray m_buffer;
