@@ -6,6 +6,8 @@
 
 #include <QDebug>
 
+#include <functional>
+
 namespace {
 // How long after the last switch the device is asked for its maps.
 constexpr int VerifyDelayMs = 400;
@@ -28,11 +30,15 @@ RouteConfirmer::RouteConfirmer(DeviceModel *model, MessageDistance *link, QObjec
     m_verifyTimer.setSingleShot(true);
     m_verifyTimer.setInterval(VerifyDelayMs);
     connect(&m_verifyTimer, &QTimer::timeout, this, &RouteConfirmer::sendFence);
-    // Connected after the window's reply slots, so the model already holds the map.
-    connect(link, &MessageDistance::receiveVideoMapSig, this, [this] { mapArrived(DeviceModel::Video); });
-    connect(link, &MessageDistance::receiveAudioMapSig, this, [this] { mapArrived(DeviceModel::Audio); });
-    connect(link, &MessageDistance::receiveIrMapSig, this, [this] { mapArrived(DeviceModel::Ir); });
-    connect(link, &MessageDistance::receiveVersionSig, this, &RouteConfirmer::fenceArrived);
+    // Replies reach the window's slots queued from the link's thread; one more hop
+    // puts the confirmer behind them, so the model already holds what arrived.
+    auto later = [this](std::function<void()> step) {
+        return [this, step] { QMetaObject::invokeMethod(this, step, Qt::QueuedConnection); };
+    };
+    connect(link, &MessageDistance::receiveVideoMapSig, this, later([this] { mapArrived(DeviceModel::Video); }));
+    connect(link, &MessageDistance::receiveAudioMapSig, this, later([this] { mapArrived(DeviceModel::Audio); }));
+    connect(link, &MessageDistance::receiveIrMapSig, this, later([this] { mapArrived(DeviceModel::Ir); }));
+    connect(link, &MessageDistance::receiveVersionSig, this, later([this] { fenceArrived(); }));
 }
 
 int RouteConfirmer::reported(int kind, int output) const

@@ -61,6 +61,7 @@ private slots:
     void networkSettingsRefused_areNamed();
     void offline_dropSendsNothingAndSaysSo();
     void undo_restoresThePreviousRouteOnTheDevice();
+    void lostSwitch_showsTheDevicesRouteAndNamesTheOutput();
 
 private:
     template<typename T>
@@ -592,6 +593,24 @@ void tst_MainWindow::undo_restoresThePreviousRouteOnTheDevice()
     QVERIFY(history->item(0)->text().contains("output 5: input 2 -> 5"));
     QTest::keySequence(m_window.get(), QKeySequence::Undo);
     QCOMPARE(m_window->noticeText(), QString("Nothing to undo."));
+}
+
+void tst_MainWindow::lostSwitch_showsTheDevicesRouteAndNamesTheOutput()
+{
+    // A device that silently drops every second switch.
+    m_sim.stop();
+    QTRY_COMPARE(m_window->statusText(), status("disconnected"));
+    QVERIFY(m_sim.start("127.0.0.31", {"--verbose", "--lose-every", "2"}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
+    auto *video = child<TableWidget>("videoTable");
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(dropInput(1, video, 5));
+    QVERIFY(dropInput(2, video, 6));
+    QVERIFY(m_sim.waitForCommand("{param=3VIDEO6}"));
+    QTRY_VERIFY(!video->widgetForKey(6)->isPending());
+    QCOMPARE(cellInput(video, 5), QString("[2] Input 2"));
+    QCOMPARE(cellInput(video, 6), QString("[6] Input 6"));
+    QTRY_VERIFY2(m_window->noticeText().contains("Output 6 did not switch"), qPrintable(m_window->noticeText()));
 }
 
 QTEST_MAIN(tst_MainWindow)
