@@ -1,0 +1,294 @@
+// Per-reply cost through the device model and the real main window, reply
+// latency through the link against the loopback round trip, and a 4 KB logo
+// upload against the pacing limit, all measured side by side in one run.
+//   bench_window [--replies N]   (default 1000; needs orvex-sim beside it)
+// The window runs offscreen against orvex-sim on 127.0.0.91; the latency's
+// stand-in device and the echo listen on 127.0.0.92.
+#include "app/appsettings.h"
+#include "device/commandtext.h"
+#include "device/devicemodel.h"
+#include "device/messagedistance.h"
+#include "mainwindow/widget.h"
+#include "resources/guiresources.h"
+#include "store/accountstore.h"
+#include "store/database.h"
+#include "store/portnames.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+
+namespace {
+
+const QHostAddress SimHost(QStringLiteral("127.0.0.91"));
+const QHostAddress EchoHost(QStringLiteral("127.0.0.92"));
+
+void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+double cpuMs()
+{
+    timespec ts{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
+    return ts.tv_sec * 1e3 + ts.tv_nsec / 1e6;
+}
+
+// Runs the event loop until `done` holds or `ms` pass; false on time-out.
+template<typename Done>
+bool waitFor(Done done, int ms)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > ms)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+    }
+    return true;
+}
+
+double percentile(QVector<double> values, double p)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values[qMin(values.size() - 1, int(p * values.size()))];
+}
+
+quint16 freePort(const QHostAddress &host)
+{
+    QTcpServer probe;
+    probe.listen(host, 0);
+    return probe.serverPort();
+}
+
+QJsonObject videoMap(int output5Input)
+{
+    QJsonObject map{{"mode", 6}};
+    for (int output = 1; output <= 9; ++output)
+        map.insert(QStringLiteral("video%1").arg(output), output == 5 ? output5Input : output);
+    return map;
+}
+
+QByteArray videoFrame(int output5Input)
+{
+    QByteArray frame = "{";
+    for (int output = 1; output <= 9; ++output)
+        frame += "\"video" + QByteArray::number(output) + "\":" + QByteArray::number(output == 5 ? output5Input : output) + ",";
+    return frame + "\"mode\":6}";
+}
+
+// A loopback echo: the yardstick for the link's latency and the upload's pacing.
+struct Echo
+{
+    QTcpServer server;
+    QTcpSocket client;
+    QTcpSocket *peer = nullptr;
+
+    bool open()
+    {
+        if (!server.listen(EchoHost, 0))
+            return false;
+        client.connectToHost(EchoHost, server.serverPort());
+        if (!waitFor([&] { return server.hasPendingConnections() || peer; }, 3000))
+            return false;
+        peer = server.nextPendingConnection();
+        QObject::connect(peer, &QTcpSocket::readyRead, peer, [p = peer] { p->write(p->readAll()); });
+        return waitFor([&] { return client.state() == QAbstractSocket::ConnectedState; }, 3000);
+    }
+    // One round trip of a reply-sized message, in ms.
+    double roundTrip(const QByteArray &message)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        client.write(message);
+        client.flush();
+        qint64 got = 0;
+        waitFor([&] {
+            got += client.readAll().size();
+            return got >= message.size();
+        }, 3000);
+        return clock.nsecsElapsed() / 1e6;
+    }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    qInstallMessageHandler(quiet);
+    const int replyIndex = app.arguments().indexOf(QStringLiteral("--replies"));
+    const int replies = replyIndex > 0 ? app.arguments().value(replyIndex + 1).toInt() : 1000;
+    initGuiResources();
+
+    QTemporaryDir dir;
+    setDatabasePath(dir.filePath("project.db"));
+    AccountStore::createTables();
+    AccountStore::loginModel();      // a new file gets its row here
+    AccountStore::setLoginModel(1);  // no login: the window starts and connects by itself
+
+    QProcess sim;
+    const quint16 simPort = freePort(SimHost);
+    sim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    sim.start(QCoreApplication::applicationDirPath() + "/orvex-sim",
+              {"--host", SimHost.toString(), "--port", QString::number(simPort)});
+    if (!sim.waitForStarted(3000)) {
+        std::fprintf(stderr, "orvex-sim does not start\n");
+        return 2;
+    }
+    QFile ini(dir.filePath("config.ini"));
+    ini.open(QIODevice::WriteOnly);
+    ini.write(QString("[NetWork]\nIp=%1\nPort=%2\n[Language]\nlanguage=1\n").arg(SimHost.toString()).arg(simPort).toUtf8());
+    ini.close();
+
+    Echo echo;
+    if (!echo.open()) {
+        std::fprintf(stderr, "no loopback echo on %s\n", qPrintable(EchoHost.toString()));
+        return 2;
+    }
+
+    // 1. Per-reply cost through the window's reply slot, the model and the grids,
+    // repaint included (the events a reply posts are processed after it).
+    {
+        AppSettings settings(ini.fileName());
+        auto link = std::make_unique<MessageDistance>();
+        link->setReconnectInterval(200);
+        DeviceModel model;
+        PortNames names;
+        auto window = std::make_unique<Widget>(WindowContext{&settings, &model, link.get(), &names});
+        window->show();
+        bool mapped = false;
+        QObject::connect(&model, &DeviceModel::videoMapChanged, [&] { mapped = true; });
+        if (!waitFor([&] { return settings.connectionState() == AppSettings::Connected && mapped; }, 10000)) {
+            std::fprintf(stderr, "the window does not get the device's state\n");
+            return 2;
+        }
+        waitFor([] { return false; }, 500);  // the start-up replies settle
+
+        const auto perReply = [&](bool change) {
+            const QJsonObject a = videoMap(5), b = videoMap(3);
+            const double before = cpuMs();
+            for (int i = 0; i < replies; ++i) {
+                window->receiveVideoMapSlot(change && i % 2 ? b : a);
+                QCoreApplication::processEvents();
+            }
+            const double ms = (cpuMs() - before) / replies;
+            std::fprintf(stderr, "  %s: %.3f ms a reply\n", change ? "one change" : "identical", ms);
+            return ms;
+        };
+        double changed = 1e9, identical = 1e9;
+        for (int round = 0; round < 2; ++round) {
+            changed = qMin(changed, perReply(true));
+            identical = qMin(identical, perReply(false));
+        }
+        // The model alone, for where the time goes.
+        const double before = cpuMs();
+        for (int i = 0; i < replies; ++i)
+            model.apply(ReplySignal::VideoMap, videoMap(i % 2 ? 3 : 5));
+        const double modelOnly = (cpuMs() - before) / replies;
+        std::printf("per reply, window + model, %d video maps: one cell changed %.3f ms, identical %.3f ms "
+                    "(model alone, with the window listening: %.3f ms)\n",
+                    replies, changed, identical, modelOnly);
+        std::printf("RESULT reply_one_change %.3f ms (target < 0.5)\n", changed);
+        std::printf("RESULT reply_identical %.3f ms (target < 0.3)\n", identical);
+        window.reset();
+        link.reset();
+    }
+
+    // 2. Latency: a stand-in device writes a video map with one change; the time
+    // until the model has applied it, against the echo's round trip, interleaved.
+    {
+        QTcpServer device;
+        if (!device.listen(EchoHost, 0)) {
+            std::fprintf(stderr, "no stand-in device\n");
+            return 2;
+        }
+        MessageDistance link;
+        link.setReconnectInterval(200);
+        DeviceModel model;
+        model.attach(&link);
+        int applied = 0;
+        QObject::connect(&model, &DeviceModel::videoMapChanged, [&] { ++applied; });
+        link.connectToDevice(EchoHost.toString(), device.serverPort());
+        QTcpSocket *peer = nullptr;
+        if (!waitFor([&] { return (peer = peer ? peer : device.nextPendingConnection()) && link.isConnected(); }, 5000)) {
+            std::fprintf(stderr, "the link does not connect\n");
+            return 2;
+        }
+        waitFor([] { return false; }, 300);
+        peer->readAll();
+        QVector<double> latency, roundTrip;
+        for (int i = 0; i < replies; ++i) {
+            const QByteArray frame = videoFrame(i % 2 ? 3 : 5);
+            roundTrip << echo.roundTrip(frame);
+            const int before = applied;
+            QElapsedTimer clock;
+            clock.start();
+            peer->write(frame);
+            peer->flush();
+            if (!waitFor([&] { return applied > before; }, 3000)) {
+                std::fprintf(stderr, "reply %d not applied\n", i);
+                return 2;
+            }
+            latency << clock.nsecsElapsed() / 1e6;
+        }
+        std::printf("device write -> model updated, %d replies: median %.3f ms, p95 %.3f ms; loopback round trip: "
+                    "median %.3f ms, p95 %.3f ms\n",
+                    replies, percentile(latency, 0.5), percentile(latency, 0.95), percentile(roundTrip, 0.5),
+                    percentile(roundTrip, 0.95));
+        std::printf("RESULT latency_median_vs_round_trip %.2f x (target < 2)\n",
+                    percentile(latency, 0.5) / percentile(roundTrip, 0.5));
+        std::printf("RESULT latency_p95_vs_round_trip %.2f x (target < 2)\n",
+                    percentile(latency, 0.95) / percentile(roundTrip, 0.95));
+    }
+
+    // 3. A 4 KB logo to the emulator: pieces of PieceSize, each released by the
+    // device's reply, so the floor is pieces x round trip.
+    {
+        MessageDistance link;
+        link.setMessagePresenter([](const QString &text, const QString &) {
+            std::fprintf(stderr, "upload message: %s\n", qPrintable(text));
+        });
+        link.connectToDevice(SimHost.toString(), simPort);
+        if (!waitFor([&] { return link.isConnected() && link.isUploadConnected(); }, 5000)) {
+            std::fprintf(stderr, "no file connection to the emulator\n");
+            return 2;
+        }
+        const QByteArray logo(4096, 'L');
+        const int pieces = (logo.size() + MessageDistance::PieceSize - 1) / MessageDistance::PieceSize;
+        QVector<double> uploads, roundTrip;
+        for (int round = 0; round < 7; ++round) {
+            for (int i = 0; i < 20; ++i)
+                roundTrip << echo.roundTrip(QByteArray(MessageDistance::PieceSize, 'L'));
+            QElapsedTimer clock;
+            clock.start();
+            link.sendFile(CommandText::uploadOsd(1), logo, CommandText::done());
+            if (!waitFor([&] { return !link.isUploading() && !link.isAwaitingAck() && link.pendingUploads() == 0; },
+                         15000)) {
+                std::fprintf(stderr, "upload %d does not finish\n", round);
+                return 2;
+            }
+            uploads << clock.nsecsElapsed() / 1e6;
+        }
+        const double limit = pieces * percentile(roundTrip, 0.5);
+        std::printf("4 KB logo, %d pieces: median %.2f ms, min %.2f ms; pacing limit %d x %.3f ms = %.3f ms\n", pieces,
+                    percentile(uploads, 0.5), percentile(uploads, 0), pieces, percentile(roundTrip, 0.5), limit);
+        std::printf("RESULT upload_vs_pacing_limit %.2f x (target <= 1.2)\n", percentile(uploads, 0.5) / limit);
+    }
+
+    sim.kill();
+    sim.waitForFinished(3000);
+    return 0;
+}
