@@ -269,26 +269,37 @@ int main(int argc, char *argv[])
             std::fprintf(stderr, "no file connection to the emulator\n");
             return 2;
         }
-        const QByteArray logo(4096, 'L');
-        const int pieces = (logo.size() + MessageDistance::PieceSize - 1) / MessageDistance::PieceSize;
-        QVector<double> uploads, roundTrip;
-        for (int round = 0; round < 7; ++round) {
-            for (int i = 0; i < 20; ++i)
-                roundTrip << echo.roundTrip(QByteArray(MessageDistance::PieceSize, 'L'));
-            QElapsedTimer clock;
-            clock.start();
-            link.sendFile(CommandText::uploadOsd(1), logo, CommandText::done());
-            if (!waitFor([&] { return !link.isUploading() && !link.isAwaitingAck() && link.pendingUploads() == 0; },
-                         15000)) {
-                std::fprintf(stderr, "upload %d does not finish\n", round);
-                return 2;
+        QVector<double> roundTrip;
+        // Also a payload of whole pieces, which tells the emulator's wait for a
+        // short last piece apart from the rest.
+        const auto upload = [&](int bytes) {
+            const QByteArray logo(bytes, 'L');
+            QVector<double> times;
+            for (int round = 0; round < 7; ++round) {
+                for (int i = 0; i < 20; ++i)
+                    roundTrip << echo.roundTrip(QByteArray(MessageDistance::PieceSize, 'L'));
+                QElapsedTimer clock;
+                clock.start();
+                link.sendFile(CommandText::uploadOsd(1), logo, CommandText::done());
+                if (!waitFor([&] { return !link.isUploading() && !link.isAwaitingAck() && link.pendingUploads() == 0; },
+                             15000)) {
+                    std::fprintf(stderr, "upload %d does not finish\n", round);
+                    return -1.0;
+                }
+                times << clock.nsecsElapsed() / 1e6;
             }
-            uploads << clock.nsecsElapsed() / 1e6;
-        }
+            return percentile(times, 0.5);
+        };
+        const double logo = upload(4096);
+        const double whole = upload(4000);
+        if (logo < 0 || whole < 0)
+            return 2;
+        const int pieces = (4096 + MessageDistance::PieceSize - 1) / MessageDistance::PieceSize;
         const double limit = pieces * percentile(roundTrip, 0.5);
-        std::printf("4 KB logo, %d pieces: median %.2f ms, min %.2f ms; pacing limit %d x %.3f ms = %.3f ms\n", pieces,
-                    percentile(uploads, 0.5), percentile(uploads, 0), pieces, percentile(roundTrip, 0.5), limit);
-        std::printf("RESULT upload_vs_pacing_limit %.2f x (target <= 1.2)\n", percentile(uploads, 0.5) / limit);
+        std::printf("4 KB logo, %d pieces: median %.2f ms (4,000 bytes, 8 whole pieces: %.2f ms); pacing limit %d x "
+                    "%.3f ms = %.3f ms\n",
+                    pieces, logo, whole, pieces, percentile(roundTrip, 0.5), limit);
+        std::printf("RESULT upload_vs_pacing_limit %.2f x (target <= 1.2)\n", logo / limit);
     }
 
     sim.kill();
