@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
+#include <array>
 #include <cstring>
 
 const char *replySignalName(ReplySignal signal)
@@ -152,8 +153,17 @@ unsigned wordsIn(const QByteArray &frame)
     const auto at = [&](int i, const char *word, int length) {
         return size - i >= length && memcmp(text + i, word, size_t(length)) == 0;
     };
+    // The letters a word starts with; most bytes are none of them.
+    static const auto starts = [] {
+        std::array<bool, 256> table{};
+        for (const unsigned char c : {'i', 'V', 't', 'v', 'a', 'I', 'o', 's', 'C'})
+            table[c] = true;
+        return table;
+    }();
     unsigned words = 0;
     for (int i = 0; i < size; ++i) {
+        if (!starts[static_cast<unsigned char>(text[i])])
+            continue;
         switch (text[i]) {
         case 'i':
             if (at(i, "in", 2))
@@ -194,6 +204,7 @@ QByteArray ReplyParser::repairFindingWords(const QByteArray &frame, unsigned *wo
     bool repaired = false;
     unsigned words = wordsIn(text);
     if (words & ColorWord) {
+        text.reserve(text.size() + 10);  // the ten quotes, without a reallocation each
         quoteBareValue(text, "Switch", 8, 9);
         quoteBareValue(text, "Bg_switch", 11, 12);
         quoteBareValue(text, "Color", 7, 8);
