@@ -77,6 +77,8 @@ private:
     QString cellInput(TableWidget *table, int key) const { return table->widgetForKey(key)->inputText(); }
 
     QString iniPath() const { return m_dir->filePath("config.ini"); }
+    // The emulator's address: CTest runs halves of this suite side by side, each on its own.
+    static QString host() { return qEnvironmentVariable("ORVEX_TEST_HOST", "127.0.0.31"); }
 
     std::unique_ptr<QTemporaryDir> m_dir;
     SimProcess m_sim;
@@ -102,10 +104,10 @@ void tst_MainWindow::init()
     QCOMPARE(AccountStore::loginModel(), 0);  // a new file gets its row here
     QVERIFY(AccountStore::setLoginModel(1));
 
-    QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
+    QVERIFY(m_sim.start(host(), {"--verbose"}));
     QFile file(iniPath());
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QString("[NetWork]\nIp=127.0.0.31\nPort=%1\n[Language]\nlanguage=1\n").arg(m_sim.port()).toUtf8());
+    file.write(QString("[NetWork]\nIp=%1\nPort=%2\n[Language]\nlanguage=1\n").arg(host()).arg(m_sim.port()).toUtf8());
     file.close();
 
     m_settings = std::make_unique<AppSettings>(iniPath());
@@ -140,8 +142,8 @@ QString tst_MainWindow::status(const char *state) const
 {
     const QString port = QString::number(m_sim.port());
     if (qstrcmp(state, "connected") == 0)
-        return "OrvexMatrixControl  User:ADMIN   Ip:127.0.0.31  Port:" + port + "  connected";
-    return QString("OrvexMatrixControl  User:ADMIN  Ip:127.0.0.31  Port:%1 %2").arg(port, state);
+        return "OrvexMatrixControl  User:ADMIN   Ip:" + host() + "  Port:" + port + "  connected";
+    return QString("OrvexMatrixControl  User:ADMIN  Ip:%1  Port:%2 %3").arg(host(), port, state);
 }
 
 bool tst_MainWindow::dropInput(int listRow, TableWidget *table, int outputKey)
@@ -449,7 +451,7 @@ void tst_MainWindow::languageSwitch_translatesAndKeepsTheVersions()
     QCOMPARE(heading->text(), QString("Signal list"));
     QCOMPARE(child<QLabel>("mcuVersionLabel")->text(), QString("MCU : V2.0.3"));
     // After a language change the evenly spaced "connected" text is shown.
-    QTRY_COMPARE(m_window->statusText(), QString("OrvexMatrixControl  User:ADMIN  Ip:127.0.0.31  Port:%1 connected").arg(m_sim.port()));
+    QTRY_COMPARE(m_window->statusText(), QString("OrvexMatrixControl  User:ADMIN  Ip:%1  Port:%2 connected").arg(host()).arg(m_sim.port()));
 }
 
 namespace {
@@ -481,7 +483,7 @@ void tst_MainWindow::statusLine_followsDeviceStopAndRestart()
     // Nothing is cleared while the device is away.
     QCOMPARE(cellInput(child<TableWidget>("irTable"), 1), QString("[7] Input 7"));
 
-    QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
+    QVERIFY(m_sim.start(host(), {"--verbose"}));
     QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
     QCOMPARE(fileBytes(iniPath()), iniBefore);
     QCOMPARE(fileBytes(databasePath()), dbBefore);
@@ -490,7 +492,7 @@ void tst_MainWindow::statusLine_followsDeviceStopAndRestart()
 void tst_MainWindow::eightOutputModel_showsEightCellsAndAFourByTwoFace()
 {
     m_sim.stop();
-    QVERIFY(m_sim.start("127.0.0.31", {"--verbose", "--model", "ORXM100"}));
+    QVERIFY(m_sim.start(host(), {"--verbose", "--model", "ORXM100"}));
     QTRY_COMPARE_WITH_TIMEOUT(m_model->record().modelFlag(), 0, 6000);
     QCOMPARE(m_window->joinFace(6), QSize(4, 2));
     auto *video = child<TableWidget>("videoTable");
@@ -540,7 +542,7 @@ void tst_MainWindow::factoryReset_asksFirst()
             box->done(answer);
         });
         reset->click();
-        QVERIFY2(asked.contains("127.0.0.31"), qPrintable(asked));
+        QVERIFY2(asked.contains(host()), qPrintable(asked));
     }
     // Only the confirmed click reached the device.
     QVERIFY(m_sim.waitForCommand("{param=Default}"));
@@ -568,7 +570,7 @@ void tst_MainWindow::offline_dropSendsNothingAndSaysSo()
     dropInput(1, video, 5);
     QCOMPARE(cellInput(video, 5), QString("[5] Input 5"));
     QVERIFY(m_window->noticeText().contains("Not connected"));
-    QVERIFY(m_sim.start("127.0.0.31", {"--verbose"}));
+    QVERIFY(m_sim.start(host(), {"--verbose"}));
     QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
     QVERIFY(!m_sim.commandLog().contains("VIDEO"));  // nothing was queued for later
 }
@@ -600,7 +602,7 @@ void tst_MainWindow::lostSwitch_showsTheDevicesRouteAndNamesTheOutput()
     // A device that silently drops every second switch.
     m_sim.stop();
     QTRY_COMPARE(m_window->statusText(), status("disconnected"));
-    QVERIFY(m_sim.start("127.0.0.31", {"--verbose", "--lose-every", "2"}));
+    QVERIFY(m_sim.start(host(), {"--verbose", "--lose-every", "2"}));
     QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
     auto *video = child<TableWidget>("videoTable");
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
