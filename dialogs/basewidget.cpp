@@ -1,7 +1,11 @@
 #include "dialogs/basewidget.h"
 
 #include <QFile>
+#include <QGraphicsBlurEffect>
 #include <QGraphicsDropShadowEffect>
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QPainter>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
@@ -147,4 +151,49 @@ void BaseWidget::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton && edges && windowHandle() && windowHandle()->startSystemResize(edges))
         return;
     QWidget::mousePressEvent(event);
+}
+
+void BaseWidget::paintShadowAround(QWidget *frame)
+{
+    m_shadowFrame = frame;
+    m_shadow = QPixmap();
+    update();
+}
+
+void BaseWidget::resizeEvent(QResizeEvent *event)
+{
+    m_shadow = QPixmap();  // drawn again for the new size, once
+    QWidget::resizeEvent(event);
+}
+
+void BaseWidget::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (!m_shadowFrame || isMaximized())
+        return;
+    if (m_shadow.size() != size()) {
+        // The frame's rectangle blurred once into a pixmap, in the common colour and radius.
+        QImage source(size(), QImage::Format_ARGB32_Premultiplied);
+        source.fill(Qt::transparent);
+        {
+            QPainter painter(&source);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(QColor("#136a67"));
+            painter.drawRoundedRect(QRectF(m_shadowFrame->geometry()), 8, 8);
+        }
+        QGraphicsScene scene;
+        auto *item = scene.addPixmap(QPixmap::fromImage(source));
+        auto *blur = new QGraphicsBlurEffect;
+        blur->setBlurRadius(35);
+        item->setGraphicsEffect(blur);
+        QImage blurred(size(), QImage::Format_ARGB32_Premultiplied);
+        blurred.fill(Qt::transparent);
+        QPainter painter(&blurred);
+        scene.render(&painter, QRectF(), QRectF(0, 0, width(), height()));
+        painter.end();
+        m_shadow = QPixmap::fromImage(blurred);
+    }
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, m_shadow);
 }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QPixmap>
 #include <QWidget>
 
 // Moves a frameless window while the left button is held on its handle (the
@@ -49,6 +50,12 @@ protected:
     bool toggleMaximized();
     // The translucent margin around the frame resizes the window, as a frame would.
     void setResizableFromEdges(int margin);
+    // The same shadow as applyShadow, painted by this window around `frame`: a graphics
+    // effect would render the whole frame again for every cell that changes.
+    void paintShadowAround(QWidget *frame);
+
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
     void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -57,6 +64,8 @@ private:
     Qt::Edges edgesAt(const QPoint &pos) const;
 
     int m_resizeMargin = 0;
+    QWidget *m_shadowFrame = nullptr;
+    QPixmap m_shadow;
     bool m_maximized = false;
     QRect m_normalGeometry;
 };

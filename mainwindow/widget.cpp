@@ -44,7 +44,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
 {
     ui->setupUi(this);
     loadStyleSheet(this, ":/styles/main.qss");
-    applyShadow(ui->frame);
+    paintShadowAround(ui->frame);
     setDragArea(ui->titleWidget);
     ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
     setWindowIcon(QIcon(":/Images/applogo.png"));
