@@ -69,6 +69,8 @@ MessageDistance::MessageDistance(QObject *parent)
         m_reconnectTimer->stop();
         // The option only reaches a live socket; keep-alive detects pulled cables.
         m_commandSocket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+        // Commands are short: waiting to fill a segment only delays them.
+        m_commandSocket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     });
     connect(&m_commandSocket, &QTcpSocket::connected, this, &MessageDistance::connectSuccessFulSig);
 
@@ -146,6 +148,8 @@ void MessageDistance::onCommandSocketTrouble()
 
 void MessageDistance::onUploadConnected()
 {
+    // Each piece waits for the device's answer to the one before: no segment filling.
+    m_uploadSocket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     // Only the command connection ends the retries: it may still be down.
     if (m_commandSocket.state() == QAbstractSocket::ConnectedState)
         m_reconnectTimer->stop();

@@ -89,6 +89,8 @@ void FileChannel::adopt(QTcpSocket *socket)
         socket->deleteLater();
         return;
     }
+    // Acknowledgements are tiny and the sender waits for each: send them at once.
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     if (m_client) {
         // The device serves one upload at a time and hangs up on the rest.
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
@@ -220,6 +222,7 @@ SimServer::~SimServer()
 void SimServer::onNewConnection()
 {
     while (QTcpSocket *socket = m_commandServer.nextPendingConnection()) {
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         m_sessions.insert(socket, Session());
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] { onReadyRead(socket); });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {

@@ -44,7 +44,7 @@ class FileChannel : public QObject
 public:
     static constexpr quint16 Port = 6666;
     static constexpr int PieceSize = 500;
-    static constexpr int QuietMs = 50;
+    static constexpr int QuietMs = 1;
     static const QByteArray Ack;
 
     explicit FileChannel(QObject *parent = nullptr);
