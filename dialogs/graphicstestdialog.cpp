@@ -4,9 +4,7 @@
 
 #include <QButtonGroup>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
 
 namespace {
@@ -50,12 +48,7 @@ GraphicsTestDialog::GraphicsTestDialog(int port, bool isInput, MessageDistance *
     }
     body()->addLayout(grid);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    auto *apply = new QPushButton(tr("OK"), this);
-    apply->setObjectName("btnApply");
-    buttons->addWidget(apply);
-    body()->addLayout(buttons);
+    addApplyButton();
 
     QMetaObject::connectSlotsByName(this);
 }

@@ -6,7 +6,6 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 
 const QStringList ResolutionSetDialog::Resolutions = {
     "800x600x60Hz",   "1024x768x60Hz",  "1280x720x50Hz",  "1280x720x60Hz",  "1280x768x60Hz",  "1280x800x60Hz",
@@ -44,12 +43,7 @@ ResolutionSetDialog::ResolutionSetDialog(int port, int input, const DeviceModel 
         m_combo->setEnabled(false);
     }
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    auto *apply = new QPushButton(tr("OK"), this);
-    apply->setObjectName("btnApply");
-    buttons->addWidget(apply);
-    body()->addLayout(buttons);
+    addApplyButton();
 
     QMetaObject::connectSlotsByName(this);
 }

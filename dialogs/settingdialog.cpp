@@ -54,3 +54,13 @@ void SettingDialog::setTitleText(const QString &text)
     m_title->setText(text);
     setWindowTitle(text);
 }
+
+void SettingDialog::addApplyButton()
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    auto *apply = new QPushButton(tr("OK"), this);
+    apply->setObjectName("btnApply");
+    buttons->addWidget(apply);
+    m_body->addLayout(buttons);
+}

@@ -20,6 +20,8 @@ public:
 protected:
     void setTitleText(const QString &text);
     QVBoxLayout *body() const { return m_body; }
+    // The closing row: "OK" at the right, named "btnApply" for the dialog's slot.
+    void addApplyButton();
 
 private:
     QLabel *m_title;

@@ -6,7 +6,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSlider>
 
 VolumnSettingDialog::VolumnSettingDialog(int port, const DeviceModel *model, MessageDistance *link, QWidget *parent)
@@ -30,12 +29,7 @@ VolumnSettingDialog::VolumnSettingDialog(int port, const DeviceModel *model, Mes
     row->addWidget(m_value);
     body()->addLayout(row);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    auto *apply = new QPushButton(tr("OK"), this);
-    apply->setObjectName("btnApply");
-    buttons->addWidget(apply);
-    body()->addLayout(buttons);
+    addApplyButton();
     QMetaObject::connectSlotsByName(this);
 
     connect(SigManager::instance(), &SigManager::Sig_UpdateVolumes, this, &VolumnSettingDialog::refresh);

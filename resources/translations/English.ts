@@ -114,10 +114,6 @@
         <source>[OutChannel%1]</source>
         <translation>[OutChannel%1]</translation>
     </message>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
-    </message>
 </context>
 <context>
     <name>HistoryPage</name>
@@ -346,10 +342,6 @@
         <source>[InChannel%1]</source>
         <translation>[InChannel%1]</translation>
     </message>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
-    </message>
 </context>
 <context>
     <name>RoutingPages</name>
@@ -360,6 +352,13 @@
     <message>
         <source>Not connected: output %1 was not switched.</source>
         <translation>Not connected: output %1 was not switched.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingDialog</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
@@ -580,10 +579,6 @@
     <message>
         <source>Volume</source>
         <translation>Volume</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
     </message>
 </context>
 <context>
