@@ -4,6 +4,7 @@
 # data folder, starting from the config.ini found beside it.
 # usage: install.sh BUILD_DIR VERSION
 set -u
+source "$(dirname "$0")/waitfor.sh"
 tmp=$(mktemp -d)
 app=
 trap '[ -n "$app" ] && kill $app; wait; chmod -R u+w "$tmp"; rm -rf "$tmp"' EXIT
@@ -34,7 +35,8 @@ fi
     QT_QPA_PLATFORM=offscreen "${run[@]}" "$prefix/bin/OrvexControl" >/dev/null 2>&1) &
 app=$!
 data=$tmp/home/data/OrvexControl
-for _ in $(seq 300); do [ -s "$data/project.db" ] && break; sleep 0.1; done
+# The store's header is its first write: wait for it, then look at the rest.
+wait_for_bytes "$data/project.db" 16 30
 [ -s "$data/project.db" ] && [ -d "$data/log" ] || fail "no project.db or log/ in $data"
 grep -q "^Ip=127.0.0.1$" "$data/config.ini" || fail "config.ini not carried over"
 [ ! -e "$tmp/work/log" ] || fail "log/ written to the working directory"

@@ -3,6 +3,7 @@
 # cell of video output 5 and expect the emulator to receive the switch command.
 # usage: realdrag.sh ORVEXCONTROL ORVEX-SIM
 set -u
+source "$(dirname "$0")/waitfor.sh"
 app_bin=$1
 sim_bin=$2
 for tool in Xvfb xdotool sqlite3; do
@@ -27,22 +28,21 @@ sqlite3 "$work/project.db" "create table loginmodel( id integer primary key, mod
 
 "$sim_bin" --host 127.0.0.32 --port 0 --verbose >"$work/sim.out" 2>"$work/sim.log" &
 pids+=($!)
-for _ in $(seq 50); do grep -q "listening on" "$work/sim.out" && break; sleep 0.1; done
+wait_for_line "$work/sim.out" "listening on" 10
 port=$(sed -n 's/^listening on 127.0.0.32:\([0-9]*\),.*/\1/p' "$work/sim.out")
 [ -n "$port" ] || fail "emulator did not start"
 printf '[NetWork]\nIp=127.0.0.32\nPort=%s\n[Language]\nlanguage=1\n' "$port" >"$work/config.ini"
 
-display=:$((200 + $$ % 500))
-Xvfb "$display" -screen 0 1440x900x24 -nolisten tcp >/dev/null 2>&1 &
-pids+=($!)
-export DISPLAY=$display
-for _ in $(seq 50); do xdotool getmouselocation >/dev/null 2>&1 && break; sleep 0.1; done
+# Xvfb picks a free display and names it on the pipe once it accepts clients.
+coproc XVFB { exec Xvfb -displayfd 1 -screen 0 1440x900x24 -nolisten tcp 2>/dev/null; }
+pids+=($XVFB_PID)
+read -r -t 30 -u "${XVFB[0]}" display_number || fail "Xvfb did not start"
+export DISPLAY=:$display_number
 
 (cd "$work" && QT_QPA_PLATFORM=xcb ./OrvexControl >"$work/app.log" 2>&1) &
 pids+=($!)
 # A sanitized build on a busy machine takes a while to come up.
-for _ in $(seq 300); do grep -q "cmd: {param=resolution}" "$work/sim.log" && break; sleep 0.1; done
-grep -q "cmd: {param=resolution}" "$work/sim.log" || fail "the application did not connect and refresh"
+wait_for_line "$work/sim.log" "cmd: {param=resolution}" 30 || fail "the application did not connect and refresh"
 window=$(timeout 30 xdotool search --sync --onlyvisible --name "ORVEXMATRIX CONTORL" | head -n 1)
 [ -n "$window" ] || fail "no window"
 eval "$(xdotool getwindowgeometry --shell "$window")"
@@ -51,19 +51,19 @@ eval "$(xdotool getwindowgeometry --shell "$window")"
 # the signal list's entry [3], and the middle cell of the video grid (output 5).
 from_x=$((X + WIDTH * 86 / 1280));  from_y=$((Y + HEIGHT * 237 / 800))
 to_x=$((X + WIDTH * 758 / 1280));   to_y=$((Y + HEIGHT * 421 / 800))
-# A hand's pace: Qt starts a drag only after the press has been seen and the
-# pointer has travelled, and the drop needs the last move handled first.
+# Many small steps, each one synced with the X server: the pointer travels as a
+# hand moves it, and Qt sees the press, the start of the drag and the last move.
 drag() {
     xdotool mousemove --sync "$from_x" "$from_y" mousedown 1
-    for step in 1 2 3 4 5 6 7 8; do
-        xdotool mousemove --sync $((from_x + (to_x - from_x) * step / 8)) $((from_y + (to_y - from_y) * step / 8)) sleep 0.1
+    for step in $(seq 1 40); do
+        xdotool mousemove --sync $((from_x + (to_x - from_x) * step / 40)) $((from_y + (to_y - from_y) * step / 40))
     done
-    xdotool sleep 0.5 mouseup 1
+    xdotool mouseup 1
 }
 # A slow (sanitized) build may still be laying the window out: try a few times.
-for attempt in 1 2 3; do
+for attempt in 1 2 3 4 5; do
     drag
-    for _ in $(seq 30); do grep -q "cmd: {param=3VIDEO5}" "$work/sim.log" && break 2; sleep 0.1; done
+    wait_for_line "$work/sim.log" "cmd: {param=3VIDEO5}" 3 && break
 done
 grep -q "cmd: {param=3VIDEO5}" "$work/sim.log" || fail "no switch command after the drag"
 echo "1 passed, 0 failed"
