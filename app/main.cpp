@@ -6,7 +6,6 @@
 #include "device/messagedistance.h"
 #include "mainwindow/widget.h"
 #include "resources/guiresources.h"
-#include "store/accountstore.h"
 #include "store/portnames.h"
 
 #include <QApplication>
@@ -75,7 +74,6 @@ int main(int argc, char *argv[])
     deviceRecord()->setDeviceIp(settings->ip());
     deviceRecord()->setDevicePort(settings->port());
     DeviceModel model(deviceRecord());
-    AccountStore::createTables();  // before the port-name tables, as project.db files have them
     PortNames names;
 
     Widget window({settings, &model, MessageDistance::instance(), &names});

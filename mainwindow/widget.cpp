@@ -15,6 +15,7 @@
 #include "mainwindow/routingpages.h"
 #include "mainwindow/settingspage.h"
 #include "mainwindow/statusline.h"
+#include "store/portnames.h"
 #include "mainwindow/sigmanager.h"
 #include "mainwindow/storecheck.h"
 #include "store/accountstore.h"
@@ -63,7 +64,9 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     ui->tabWidget->setAttribute(Qt::WA_StyledBackground);
 
     connect(m_model, &DeviceModel::volumesChanged, SigManager::instance(), &SigManager::Sig_UpdateVolumes);
-    openAccountStore(this);
+    // A locked or unreadable file would only make the port-name statements wait and fail.
+    if (openAccountStore(this))
+        context.names->createTables();
 
     m_pages = new RoutingPages({ui->listWidget, ui->tabWidget, ui->videoTable, ui->jointTable, ui->audioTable,
                                 ui->hdmiAudioTable, ui->irTable,

@@ -66,6 +66,7 @@ int main(int argc, char *argv[])
     const QMap<int, bool> signalMap{{1, true}, {2, true}, {3, false}, {4, false}, {5, true}};
     // Unnamed inputs in the grid show their default labels.
     PortNames portNames;
+    portNames.createTables();
     portNames.loadInputs(5);
 
     QWidget routing;

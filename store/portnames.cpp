@@ -1,6 +1,5 @@
 #include "store/portnames.h"
 
-#include "store/database.h"
 #include "store/portnamestore.h"
 
 #include <QCoreApplication>
@@ -8,9 +7,11 @@
 PortNames::PortNames(QObject *parent)
     : QObject(parent)
 {
-    // A locked or unreadable file would only make the five statements wait and fail.
-    if (probeDatabase(databasePath()) == StoreState::Readable)
-        PortNameStore::createPortNameTables();
+}
+
+void PortNames::createTables()
+{
+    PortNameStore::createPortNameTables();
 }
 
 void PortNames::loadInputs(int inputs)

@@ -14,8 +14,10 @@ class PortNames : public QObject
 public:
     enum Kind { VideoInput, VideoOutput, AudioInput, AudioOutput, IrOutput };
 
-    // Creates the tables when project.db lacks them.
     explicit PortNames(QObject *parent = nullptr);
+
+    // Creates the tables project.db lacks; only worth it on a readable store.
+    void createTables();
 
     // Re-reads the input names of ports 1..inputs; defaults ("Input n", "Audio n")
     // are translated at this moment, so they follow the language.

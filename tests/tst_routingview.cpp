@@ -42,6 +42,7 @@ private slots:
         initGuiResources();
         setDatabasePath(m_dir.filePath("project.db"));
         m_names = std::make_unique<PortNames>();
+        m_names->createTables();
         m_names->rename(PortNames::VideoInput, 3, "Camera");
         m_names->rename(PortNames::AudioInput, 0, "Mic");
         m_names->rename(PortNames::AudioInput, 3, "Mixer");
