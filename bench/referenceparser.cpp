@@ -1,5 +1,9 @@
 #include "referenceparser.h"
 
+#include <QDebug>
+#include <QJsonDocument>
+#include <QJsonParseError>
+
 bool ReferenceParser::next(ParsedReply *reply)
 {
     m_buffer.replace(" ", "");
@@ -18,7 +22,7 @@ bool ReferenceParser::next(ParsedReply *reply)
         }
         const QByteArray frame = rest.left(rest.indexOf('}') + 1);
         m_buffer.remove(0, pos + frame.size());
-        *reply = ReplyParser::decode(frame);
+        *reply = decodeOnText(frame);
         return true;
     }
 }
@@ -37,7 +41,8 @@ void quoteBareValue(QString &text, const QString &key, int openAt, int searchFro
 
 QByteArray ReferenceParser::repairOnText(const QByteArray &frame)
 {
-    QString text = QString::fromLatin1(frame);
+    // Every byte must survive: QString::fromLatin1(QByteArray) stops at the first NUL.
+    QString text = QString::fromLatin1(frame.constData(), frame.size());
     bool repaired = false;
     if (text.contains(QLatin1String("Color"))) {
         quoteBareValue(text, QStringLiteral("Switch"), 8, 9);
@@ -50,6 +55,7 @@ QByteArray ReferenceParser::repairOnText(const QByteArray &frame)
         if (close < 0)
             close = text.indexOf(QLatin1Char('}'), start + 10);
         text.insert(close, QLatin1Char('"'));
+        qDebug() << "add char osdortitle imf:" << text;
         repaired = true;
     }
     if (text.contains(QLatin1String("in"))) {
@@ -59,4 +65,36 @@ QByteArray ReferenceParser::repairOnText(const QByteArray &frame)
         repaired = true;
     }
     return repaired ? text.toLatin1() : frame;
+}
+
+ParsedReply ReferenceParser::decodeOnText(const QByteArray &frame)
+{
+    ParsedReply reply;
+    reply.frame = repairOnText(frame);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(reply.frame, &error);
+    if (error.error != QJsonParseError::NoError) {
+        reply.error = error.errorString();
+        qDebug() << "json format parse error!raw data:" << reply.frame << "error:" << reply.error;
+        return reply;
+    }
+    reply.ok = true;
+    reply.object = document.object();
+    static const struct { const char *trigger; ReplySignal signal; } triggers[] = {
+        {"ip", ReplySignal::NetWork},
+        {"Volume", ReplySignal::Volume},
+        {"type", ReplySignal::Version},
+        {"video", ReplySignal::VideoMap},
+        {"input", ReplySignal::InputState},
+        {"audio", ReplySignal::AudioMap},
+        {"IR", ReplySignal::IrMap},
+        {"in", ReplySignal::InResolution},
+        {"out", ReplySignal::OutResolution},
+        {"switch", ReplySignal::Title},
+    };
+    for (const auto &t : triggers) {
+        if (reply.frame.contains(t.trigger))
+            reply.signals_.append(t.signal);
+    }
+    return reply;
 }
