@@ -13,6 +13,7 @@
 
 #include <cstdio>
 #include <ctime>
+#include <functional>
 #include <random>
 
 namespace {
@@ -32,7 +33,21 @@ QList<QByteArray> catalogue()
     };
 }
 
-void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
+// Diagnostics are dropped, except while the repairs are compared: then the last one is kept.
+bool keepLastLine = false;
+QString lastLine;
+void quiet(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    if (keepLastLine)
+        lastLine = message;
+}
+
+QString lineLoggedBy(const std::function<void()> &work)
+{
+    lastLine.clear();
+    work();
+    return lastLine;
+}
 
 template<typename Parser>
 double parseBurst(const QByteArray &burst, int expected)
@@ -72,11 +87,14 @@ double bestOf(int rounds, F work)
 }
 
 // The byte-level repairs against the QString ones they replaced, on the
-// catalogue and on random edits of it (keys cut, bytes changed, frames truncated).
+// catalogue and on random edits of it (keys cut, bytes changed, frames truncated):
+// the same bytes and the same caption line.
 int repairMismatches(const QList<QByteArray> &shapes)
 {
     std::mt19937 random(7);
-    const QByteArray alphabet = "{}:,\"\\ inColorSwitchBg_Move_dir0123456789\x80\xff";
+    QByteArray alphabet = "{}:,\"\\ inColorSwitchBg_Move_dir0123456789\x01\t\x7f\x80\xa0\xad\xff";
+    alphabet += '\0';
+    keepLastLine = true;
     int mismatches = 0;
     for (int i = 0; i < 20000; ++i) {
         QByteArray frame = shapes[int(random() % shapes.size())];
@@ -89,11 +107,15 @@ int repairMismatches(const QList<QByteArray> &shapes)
             default: frame.truncate(at); break;
             }
         }
-        if (ReplyParser::repair(frame) != ReferenceParser::repairOnText(frame)) {
+        QByteArray ours, reference;
+        const QString ourLine = lineLoggedBy([&] { ours = ReplyParser::repair(frame); });
+        const QString referenceLine = lineLoggedBy([&] { reference = ReferenceParser::repairOnText(frame); });
+        if (ours != reference || ourLine != referenceLine) {
             if (++mismatches == 1)
-                std::fprintf(stderr, "repair differs on: %s\n", frame.constData());
+                std::fprintf(stderr, "repair differs on: %s\n", frame.toPercentEncoding().constData());
         }
     }
+    keepLastLine = false;
     return mismatches;
 }
 

@@ -2,6 +2,7 @@
 #include "referenceparser.h"
 #include "logcapture.h"
 
+#include <QDebug>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -69,6 +70,21 @@ void tst_ReplyParser::stream_isCutAndRepaired_data()
             << QList<QByteArray>{R"({"Switch":"false","Speed":1,"Color":"1,2,3","Position_x":4,"Position_y":5,)"
                                  R"("Bg_switch":"true","Bg_Color":"6,7,8","Move_dir":"right","x":1})"}
             << "add char osdortitle imf:";
+    // Every byte the cutting keeps, in a value the repairs leave alone: the line
+    // carries the repaired text as the debug stream quotes and escapes it.
+    QByteArray bytes;
+    for (int c = 0; c < 256; ++c) {
+        if (c != ' ' && c != '\n' && c != '{' && c != '}')
+            bytes += char(c);
+    }
+    const QByteArray oddCaption = R"({"Switch":"true","Speed":5,"Color":"255,255,255","Position_x":0,"Position_y":)" + bytes
+            + R"(,"Bg_switch":"false","Bg_Color":"0,0,0","Move_dir":"left"})";
+    QString oddLine;
+    QDebug(&oddLine).nospace() << "add char osdortitle imf: " << QString::fromLatin1(oddCaption.constData(), oddCaption.size());
+    QTest::newRow("caption: odd bytes")
+            << QByteArray(oddCaption).replace("\"true\"", "true").replace("\"false\"", "false").replace("\"left\"", "left")
+                       .replace("\"255,255,255\"", "255,255,255").replace("\"0,0,0\"", "0,0,0")
+            << QList<QByteArray>{oddCaption + " (bad)"} << oddLine;
     // Junk in front, between frames and a stray "}", with every kind of reply.
     QTest::newRow("every kind of frame") << "\r\x01junk" + Ver + " \n" + Vid + Aud + "\r" + Irm + Inp + "}" + Out + Net + Vol + Cap
             << QList<QByteArray>{Ver, Vid, Aud, Irm, InpQuoted, Out, Net, Vol, CapQuoted} << "add char osdortitle imf:";
