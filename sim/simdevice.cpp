@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QStringList>
+#include <QtEndian>
 
 #include <limits>
 
@@ -496,6 +497,26 @@ std::optional<SimDevice::BmpHeader> SimDevice::bmpHeader(const QByteArray &file)
         || header.pixelOffset > quint32(file.size()))
         return std::nullopt;
     return header;
+}
+
+std::optional<qint64> SimDevice::declaredLength(const QByteArray &head)
+{
+    static const QByteArray edidMagic = QByteArray::fromHex("00ffffffffffff00");
+    if (head.startsWith(edidMagic)) {
+        // Whole 128-byte blocks: the base block counts its extensions in byte 126.
+        if (head.size() <= 126)
+            return std::nullopt;
+        return 128 * (1 + qint64(static_cast<uchar>(head.at(126))));
+    }
+    // The file header is enough: bfSize, and the pixels' offset past the info header.
+    if (head.size() < 18 || !head.startsWith("BM"))
+        return std::nullopt;
+    const auto field = [&head](int offset) { return qFromLittleEndian<quint32>(head.constData() + offset); };
+    const quint32 size = field(2), pixels = field(10), info = field(14);
+    // Some writers leave bfSize 0: such a file names no length.
+    if ((info != 12 && info < 40) || pixels < 14 + info || size < pixels)
+        return std::nullopt;
+    return qint64(size);
 }
 
 QByteArray SimDevice::uploadKindName(UploadKind kind)

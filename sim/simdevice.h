@@ -86,6 +86,9 @@ public:
     static quint32 crc32(const QByteArray &bytes);
     // Decodes the file and info headers of a BMP; nullopt when the bytes are not one.
     static std::optional<BmpHeader> bmpHeader(const QByteArray &file);
+    // The length a file announces in its first bytes: a BMP's bfSize, an EDID's
+    // blocks; nullopt when the head is too short to tell or names no length.
+    static std::optional<qint64> declaredLength(const QByteArray &head);
     static QByteArray uploadKindName(UploadKind kind); // "osd", "caption", "edid"
 
 private:

@@ -31,6 +31,10 @@ QByteArray printable(const QByteArray &bytes)
     return text;
 }
 
+// Enough of a file's start for SimDevice::declaredLength: an EDID counts its
+// extensions in byte 126.
+constexpr int LengthHead = 127;
+
 // {param=<i>VIDEO<o>}, AUDIO or IR: the commands --lose-every drops.
 bool isSwitch(const QByteArray &command)
 {
@@ -46,7 +50,6 @@ FileChannel::FileChannel(QObject *parent)
     : QObject(parent)
 {
     m_quietTimer.setSingleShot(true);
-    m_quietTimer.setInterval(QuietMs);
     connect(&m_quietTimer, &QTimer::timeout, this, &FileChannel::onQuiet);
     connect(&m_server, &QTcpServer::newConnection, this, &FileChannel::onNewConnection);
 }
@@ -66,11 +69,18 @@ bool FileChannel::listen(const QHostAddress &host)
     return m_server.listen(host, Port);
 }
 
-void FileChannel::acknowledgeUpload()
+void FileChannel::endTransfer()
 {
-    // A transfer ends here; bytes not yet answered belong to it.
+    // Bytes not yet answered belong to the transfer that ends.
     m_quietTimer.stop();
     m_unacknowledged = 0;
+    m_transferBytes = 0;
+    m_fileLength = 0;
+    m_head.clear();
+}
+
+void FileChannel::acknowledgeUpload()
+{
     acknowledge();
 }
 
@@ -98,7 +108,7 @@ void FileChannel::adopt(QTcpSocket *socket)
         return;
     }
     m_client = socket;
-    m_unacknowledged = 0;
+    endTransfer();
     m_connectionBytes = 0;
     emit clientAdopted();
     connect(socket, &QTcpSocket::readyRead, this, &FileChannel::onReadyRead);
@@ -118,6 +128,7 @@ void FileChannel::onReadyRead()
         bytes.truncate(int(m_faults.dropAfter - m_connectionBytes));
     m_connectionBytes += bytes.size();
     m_unacknowledged += bytes.size();
+    learnLength(bytes);
     emit received(bytes);
     if (drop) {
         dropClient();  // unanswered: the sender sees the line go, not an acknowledgement
@@ -125,6 +136,11 @@ void FileChannel::onReadyRead()
     }
     while (m_unacknowledged >= PieceSize) {
         m_unacknowledged -= PieceSize;
+        acknowledge();
+    }
+    // The file is complete: its short last piece needs no wait.
+    if (m_unacknowledged > 0 && m_fileLength > 0 && m_transferBytes == m_fileLength) {
+        m_unacknowledged = 0;
         acknowledge();
     }
     if (m_unacknowledged > 0)
@@ -141,10 +157,18 @@ void FileChannel::onQuiet()
     acknowledge();
 }
 
+void FileChannel::learnLength(const QByteArray &bytes)
+{
+    m_transferBytes += bytes.size();
+    if (m_fileLength > 0 || m_head.size() >= LengthHead)
+        return;
+    m_head += bytes.left(LengthHead - m_head.size());
+    m_fileLength = SimDevice::declaredLength(m_head).value_or(0);
+}
+
 void FileChannel::forgetClient()
 {
-    m_quietTimer.stop();
-    m_unacknowledged = 0;
+    endTransfer();
     if (m_client)
         m_client->deleteLater();
     m_client = nullptr;
@@ -181,6 +205,7 @@ SimServer::SimServer(const SimOptions &options, QObject *parent)
     connect(&m_files, &FileChannel::received, this, [this](const QByteArray &bytes) { m_device.receiveFile(bytes); });
     connect(&m_files, &FileChannel::logged, this, &SimServer::log);
     m_files.setFaults({options.badAck, options.silentFilePort, options.dropFileAfter});
+    m_files.setQuietInterval(options.fileQuietMs);
 }
 
 bool SimServer::listen()
@@ -267,8 +292,11 @@ void SimServer::onReadyRead(QTcpSocket *socket)
             saveUpload(*outcome.upload);
         for (const QByteArray &frame : outcome.frames)
             out += (m_options.junk ? junk() : QByteArray()) + frame;
-        if (outcome.uploadDone && m_options.finalAck)
-            m_files.acknowledgeUpload();
+        if (outcome.uploadDone) {
+            m_files.endTransfer();
+            if (m_options.finalAck)
+                m_files.acknowledgeUpload();
+        }
         if (m_options.dropAfter > 0 && ++session->commands >= m_options.dropAfter) {
             session->closing = true;
             break;

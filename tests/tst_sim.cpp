@@ -1,10 +1,11 @@
 // The emulator's device in-process, one table row per command family
 // (commands -> reply frames, log notes, state); over loopback only the EDID
-// upload, which needs the real file port and its acknowledgements.
+// uploads, which need the real file port and its acknowledgements.
 #include "simserver.h"
 
 #include <QTcpSocket>
 #include <QTest>
+#include <QtEndian>
 
 #include <functional>
 
@@ -40,6 +41,13 @@ QByteArray out(int port = 1, const QByteArray &resolution = "1920x1080x60Hz")
     for (int i = 1; i <= 9; ++i)
         list << "\"out" + QByteArray::number(i) + "\":\"" + (i == port ? resolution : "1920x1080x60Hz") + '"';
     return '{' + list.join(',') + '}';
+}
+
+// 120x45, 1 bit, bottom-up: the shape of the application's overlay pictures.
+QByteArray overlayBmp()
+{
+    return QByteArray::fromHex("424d0e030000000000003e00000028000000780000002d0000000100010000000000d0020000000000000000"
+                               "0000020000000200000000000000ffffff00") + QByteArray(720, 'Z');
 }
 
 } // namespace
@@ -91,11 +99,9 @@ private slots:
         row("edid: upload is the transfer up to Done, an empty one keeps the old", {"123", "{param=Update_EDID3}", "456789",
             "{param=Done}{param=Update_EDID4}{param=Done}"}, "", "edid 3: 9 bytes, crc32 cbf43926\nedid 4: nothing received, kept\n",
             [](const SimDevice &d) { return d.inputEdid(3) + (d.inputEdid(4) == SimDevice().inputEdid(4) ? " kept" : " lost"); }, "123456789 kept");
-        // 120x45, 1 bit, bottom-up: the shape of the application's overlay pictures. The saved
-        // file is tst_dialogs' to compare; here the log line that reads its header back.
-        row("upload: a picture is noted with its BMP header", {"{param=Upload_OSD3}", QByteArray::fromHex(
-            "424d0e030000000000003e00000028000000780000002d0000000100010000000000d00200000000000000000000020000000200"
-            "000000000000ffffff00") + QByteArray(720, 'Z'), "{param=Done}"}, "", "upload osd 3: 782 bytes, bmp 120x45, 1 bit\n");
+        // The saved file is tst_dialogs' to compare; here the log line that reads its header back.
+        row("upload: a picture is noted with its BMP header", {"{param=Upload_OSD3}", overlayBmp(), "{param=Done}"}, "",
+            "upload osd 3: 782 bytes, bmp 120x45, 1 bit\n");
         row("bad commands are silent and change nothing",
             {"{param=STATUS}{param=10VIDEO1}{param=1AUDIO110}{param=1IR101}{param=Volume1/101}{param=mode7}"
              "{param=Port1/1920x1080x59Hz!}{param=In_Pattern1/12}{param=Analog_sel1/2}{param=Copy_EDID1/10}{param=Mute10}"
@@ -130,31 +136,52 @@ private slots:
         QTEST(probe ? probe(device) : QByteArray(), "probed");
     }
 
-    void edidUpload_keepsTheFilePortBytesExactly()
+    void fileUpload_isPacedPieceByPieceAndKeptExactly_data()
     {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<int>("quietMs"); // the file port's wait for more of a file of unknown length
+        QTest::addColumn<int>("acks");    // before "{param=Done}"
+        // Binary, with NULs, line ends and a command's text inside: none of it is interpreted.
+        QByteArray binary = "{param=Done}\r\n";
+        for (int i = 0; i < 700; ++i)
+            binary += char(i * 7);
+        QByteArray overstated = overlayBmp();
+        qToLittleEndian<quint32>(1000, overstated.data() + 2);
+        const int never = 3600 * 1000; // only the file's own length can release its short rest in time
+        QTest::newRow("no length given: the short rest once the sender is quiet") << QByteArray("{param=Update_EDID6}") << binary << 1 << 2;
+        QTest::newRow("BMP: the short rest once bfSize bytes are in") << QByteArray("{param=Upload_OSD6}") << overlayBmp() << never << 2;
+        QTest::newRow("EDID: one block, no extension") << QByteArray("{param=Update_EDID6}") << SimDevice().outputEdid(5) << never << 1;
+        QTest::newRow("BMP shorter than its bfSize: once quiet") << QByteArray("{param=Upload_OSD6}") << overstated << 1 << 2;
+    }
+
+    void fileUpload_isPacedPieceByPieceAndKeptExactly()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, file);
+        QFETCH(int, quietMs);
+        QFETCH(int, acks);
         const QString host = QStringLiteral("127.0.0.42");
         SimOptions options;
         options.host = QHostAddress(host);
         options.port = 0;
-        QTcpSocket commands, file; // declared first: the server goes while both are still connected
+        options.fileQuietMs = quietMs;
+        QTcpSocket commands, fileSocket; // declared first: the server goes while both are still connected
         SimServer server(options);
         QVERIFY2(server.listen(), qPrintable(server.errorString()));
         commands.connectToHost(host, server.commandPort());
-        file.connectToHost(host, FileChannel::Port);
-        QTRY_VERIFY(commands.state() == QAbstractSocket::ConnectedState && file.state() == QAbstractSocket::ConnectedState);
+        fileSocket.connectToHost(host, FileChannel::Port);
+        QTRY_VERIFY(commands.state() == QAbstractSocket::ConnectedState && fileSocket.state() == QAbstractSocket::ConnectedState);
 
-        // Binary, with NULs, line ends and a command's text inside: none of it is interpreted.
-        QByteArray edid = "{param=Done}\r\n";
-        for (int i = 0; i < 700; ++i)
-            edid += char(i * 7);
-        // One acknowledgement per full piece, one for the short rest once quiet, one after Done.
-        QByteArray acks;
-        commands.write("{param=Update_EDID6}");
-        file.write(edid);
-        QTRY_COMPARE((acks += file.readAll()), FileChannel::Ack.repeated(2));
+        // One acknowledgement per full piece, one for the short rest, one after Done.
+        QByteArray answers;
+        commands.write(command);
+        fileSocket.write(file);
+        QTRY_COMPARE((answers += fileSocket.readAll()), FileChannel::Ack.repeated(acks));
         commands.write("{param=Done}");
-        QTRY_COMPARE((acks += file.readAll()), FileChannel::Ack.repeated(3));
-        QCOMPARE(server.device().inputEdid(6), edid);
+        QTRY_COMPARE((answers += fileSocket.readAll()), FileChannel::Ack.repeated(acks + 1));
+        const auto kind = command.contains("EDID") ? SimDevice::UploadKind::Edid : SimDevice::UploadKind::Osd;
+        QCOMPARE(server.device().lastUpload(kind, 6), file);
     }
 };
 
