@@ -83,8 +83,11 @@ bool ReplyParser::next(ParsedReply *reply)
 {
     if (m_completeFrames == 0)
         return false;
-    const int close = m_buffer.indexOf('}', m_head);
-    Q_ASSERT(close >= 0);
+    // memchr: QByteArray::indexOf(char) looks at one byte per step.
+    const char *const head = m_buffer.constData() + m_head;
+    const auto *brace = static_cast<const char *>(memchr(head, '}', size_t(m_buffer.size() - m_head)));
+    Q_ASSERT(brace);
+    const int close = m_head + int(brace - head);
     const QByteArray raw = m_buffer.mid(m_head, close - m_head + 1);
     m_head = close + 1;
     --m_completeFrames;
@@ -212,16 +215,24 @@ unsigned wordsIn(const QByteArray &frame)
     const auto at = [&](int i, const char *word, int length) {
         return size - i >= length && memcmp(text + i, word, size_t(length)) == 0;
     };
-    // The letters a word starts with; most bytes are none of them.
+    // The words each letter starts; most bytes start none, and a letter whose
+    // words are all found already is passed over (a map reply names "video" nine times).
     static const auto starts = [] {
-        std::array<bool, 256> table{};
-        for (const unsigned char c : {'i', 'V', 't', 'v', 'a', 'I', 'o', 's', 'C'})
-            table[c] = true;
+        std::array<unsigned, 256> table{};
+        table['i'] = InWord | InputWord | IpWord;
+        table['V'] = VolumeWord;
+        table['t'] = TypeWord;
+        table['v'] = VideoWord;
+        table['a'] = AudioWord;
+        table['I'] = IrWord;
+        table['o'] = OutWord;
+        table['s'] = SwitchWord;
+        table['C'] = ColorWord;
         return table;
     }();
     unsigned words = 0;
     for (int i = 0; i < size; ++i) {
-        if (!starts[static_cast<unsigned char>(text[i])])
+        if (!(starts[static_cast<unsigned char>(text[i])] & ~words))
             continue;
         switch (text[i]) {
         case 'i':
@@ -309,14 +320,13 @@ QByteArray ReplyParser::repairFindingWords(const QByteArray &frame, unsigned *wo
     return repaired ? text : frame;
 }
 
-QVector<ReplySignal> ReplyParser::route(const QByteArray &frame)
+ReplySignals ReplyParser::route(const QByteArray &frame)
 {
     return routeWords(wordsIn(frame));
 }
 
-QVector<ReplySignal> ReplyParser::routeWords(unsigned words)
+ReplySignals ReplyParser::routeWords(unsigned words)
 {
-    // In the order a frame raises them.
     static const struct { unsigned word; ReplySignal signal; } triggers[] = {
         {IpWord, ReplySignal::NetWork},
         {VolumeWord, ReplySignal::Volume},
@@ -329,7 +339,7 @@ QVector<ReplySignal> ReplyParser::routeWords(unsigned words)
         {OutWord, ReplySignal::OutResolution},
         {SwitchWord, ReplySignal::Title},
     };
-    QVector<ReplySignal> result;
+    ReplySignals result;
     for (const auto &t : triggers) {
         if (words & t.word)
             result.append(t.signal);

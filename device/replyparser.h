@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
-#include <QVector>
+#include <QtAlgorithms>
 
 // The reply signals of the device link, in the order a frame raises them.
 enum class ReplySignal {
@@ -21,13 +21,45 @@ enum class ReplySignal {
 
 const char *replySignalName(ReplySignal signal);
 
+// The signals one frame raises, in the order it raises them, which is the
+// enum's: a set of bits keeps that order, and naming a frame's signals
+// allocates nothing (a QVector per frame cost a malloc and a free).
+class ReplySignals
+{
+public:
+    class const_iterator
+    {
+    public:
+        explicit const_iterator(unsigned bits) : m_bits(bits) {}
+        ReplySignal operator*() const { return ReplySignal(qCountTrailingZeroBits(m_bits)); }
+        const_iterator &operator++() { m_bits &= m_bits - 1; return *this; }
+        bool operator==(const_iterator other) const { return m_bits == other.m_bits; }
+        bool operator!=(const_iterator other) const { return m_bits != other.m_bits; }
+
+    private:
+        unsigned m_bits;
+    };
+
+    void append(ReplySignal signal) { m_bits |= 1u << unsigned(signal); }
+    bool contains(ReplySignal signal) const { return m_bits & (1u << unsigned(signal)); }
+    bool isEmpty() const { return m_bits == 0; }
+    int size() const { return int(qPopulationCount(m_bits)); }
+    const_iterator begin() const { return const_iterator(m_bits); }
+    const_iterator end() const { return const_iterator(0); }
+    bool operator==(const ReplySignals &other) const { return m_bits == other.m_bits; }
+    bool operator!=(const ReplySignals &other) const { return m_bits != other.m_bits; }
+
+private:
+    unsigned m_bits = 0;
+};
+
 struct ParsedReply
 {
     QByteArray frame;           // after the repairs
     bool ok = false;
     QString error;              // decoder's text when !ok
     QJsonObject object;         // when ok
-    QVector<ReplySignal> signals_;
+    ReplySignals signals_;
 };
 
 // Cuts the device's back-to-back JSON objects out of the received byte stream,
@@ -57,14 +89,14 @@ public:
 
     // Building blocks, shared with tools that replay captured replies.
     static QByteArray repair(const QByteArray &frame);
-    static QVector<ReplySignal> route(const QByteArray &frame);
+    static ReplySignals route(const QByteArray &frame);
     // Logs a frame that does not decode.
     static ParsedReply decode(const QByteArray &rawFrame);
 
 private:
     static ParsedReply decodeQuietly(const QByteArray &rawFrame);
     static QByteArray repairFindingWords(const QByteArray &frame, unsigned *words);
-    static QVector<ReplySignal> routeWords(unsigned words);
+    static ReplySignals routeWords(unsigned words);
     static void logBadFrame(const ParsedReply &reply, int inARow);
 
     QByteArray m_buffer;
