@@ -25,6 +25,11 @@ bool readCount(const QCommandLineParser &parser, const QCommandLineOption &optio
 
 int main(int argc, char *argv[])
 {
+    // Qt's own event dispatcher rather than glib's: glib wakes its loop through
+    // an eventfd whenever a socket notifier changes, and a buffered socket turns
+    // its write notifier on and off around every write, each acknowledgement
+    // included: three system calls more per piece on the file port.
+    qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("orvex-sim"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVEX_VERSION));
