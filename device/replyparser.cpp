@@ -134,13 +134,31 @@ void insertChar(QByteArray &text, int at, char c)
     text.insert(at, c);
 }
 
+// QByteArray::indexOf through memmem and memchr: Qt's own searches cost more
+// than the rest of the caption repair.
+int indexOf(const QByteArray &text, const char *key)
+{
+    const void *found = memmem(text.constData(), size_t(text.size()), key, strlen(key));
+    return found ? int(static_cast<const char *>(found) - text.constData()) : -1;
+}
+
+int indexOf(const QByteArray &text, char c, int from)
+{
+    if (from < 0)
+        from = qMax(from + text.size(), 0);
+    if (from >= text.size())
+        return -1;
+    const void *found = memchr(text.constData() + from, c, size_t(text.size() - from));
+    return found ? int(static_cast<const char *>(found) - text.constData()) : -1;
+}
+
 // The caption and OSD replies leave five values bare. The quote positions are
 // fixed offsets from each key name, as the firmware lays the frame out.
 void quoteBareValue(QByteArray &text, const char *key, int openAt, int searchFrom)
 {
-    const int start = text.indexOf(key);
+    const int start = indexOf(text, key);
     insertChar(text, start + openAt, '"');
-    const int next = text.indexOf('"', start + searchFrom);
+    const int next = indexOf(text, '"', start + searchFrom);
     insertChar(text, next - 1, '"');
 }
 
@@ -153,48 +171,48 @@ void logCaptionRepair(const QByteArray &text)
     const QLoggingCategory *category = QLoggingCategory::defaultCategory();
     if (!category || !category->isDebugEnabled())
         return;
-    // Per byte: 0 when the debug stream writes it as it is, 'u' for a \u00XX
-    // escape, else the character it writes after a backslash.
+    // Per byte, what the debug stream writes for it: the byte itself (width 1),
+    // a backslash and a letter (2), or \u00XX (6).
+    struct Escape { char letter; unsigned char width; };
     static const auto escapes = [] {
-        std::array<char, 256> table{};
+        std::array<Escape, 256> table{};
         for (int c = 0; c < 256; ++c) {
             switch (c) {
-            case '"': case '\\': table[c] = char(c); break;
-            case '\b': table[c] = 'b'; break;
-            case '\f': table[c] = 'f'; break;
-            case '\n': table[c] = 'n'; break;
-            case '\r': table[c] = 'r'; break;
-            case '\t': table[c] = 't'; break;
-            default: table[c] = QChar::isPrint(uint(c)) ? 0 : 'u'; break;
+            case '"': case '\\': table[c] = {char(c), 2}; break;
+            case '\b': table[c] = {'b', 2}; break;
+            case '\f': table[c] = {'f', 2}; break;
+            case '\n': table[c] = {'n', 2}; break;
+            case '\r': table[c] = {'r', 2}; break;
+            case '\t': table[c] = {'t', 2}; break;
+            default: table[c] = QChar::isPrint(uint(c)) ? Escape{char(c), 1} : Escape{'u', 6}; break;
             }
         }
         return table;
     }();
     static const QLatin1String prefix("add char osdortitle imf: \"");
+    const auto *const begin = reinterpret_cast<const unsigned char *>(text.constData());
+    const auto *const end = begin + text.size();
     int length = prefix.size() + 1;
-    for (const char c : text) {
-        const char e = escapes[static_cast<unsigned char>(c)];
-        length += e == 0 ? 1 : e == 'u' ? 6 : 2;
-    }
+    for (const unsigned char *p = begin; p < end; ++p)
+        length += escapes[*p].width;
     QString line(length, Qt::Uninitialized);
     QChar *out = line.data();
     for (const char c : prefix)
         *out++ = QLatin1Char(c);
     static const char hex[] = "0123456789ABCDEF";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        const char e = escapes[byte];
-        if (e == 0) {
-            *out++ = QLatin1Char(c);
+    for (const unsigned char *p = begin; p < end; ++p) {
+        const Escape e = escapes[*p];
+        if (e.width == 1) {
+            *out++ = QLatin1Char(e.letter);
             continue;
         }
         *out++ = QLatin1Char('\\');
-        *out++ = QLatin1Char(e);
-        if (e == 'u') {
+        *out++ = QLatin1Char(e.letter);
+        if (e.width == 6) {
             *out++ = QLatin1Char('0');
             *out++ = QLatin1Char('0');
-            *out++ = QLatin1Char(hex[byte >> 4]);
-            *out++ = QLatin1Char(hex[byte & 15]);
+            *out++ = QLatin1Char(hex[*p >> 4]);
+            *out++ = QLatin1Char(hex[*p & 15]);
         }
     }
     *out = QLatin1Char('"');
@@ -279,11 +297,11 @@ QByteArray ReplyParser::repairFindingWords(const QByteArray &frame, unsigned *wo
         quoteBareValue(text, "Bg_switch", 11, 12);
         quoteBareValue(text, "Color", 7, 8);
         quoteBareValue(text, "Bg_Color", 10, 11);
-        const int start = text.indexOf("Move_dir");
+        const int start = indexOf(text, "Move_dir");
         insertChar(text, start + 10, '"');
-        int close = text.indexOf(',', start + 10);
+        int close = indexOf(text, ',', start + 10);
         if (close < 0)
-            close = text.indexOf('}', start + 10);
+            close = indexOf(text, '}', start + 10);
         insertChar(text, close, '"');
         logCaptionRepair(text);
         repaired = true;
@@ -292,27 +310,32 @@ QByteArray ReplyParser::repairFindingWords(const QByteArray &frame, unsigned *wo
     if (words & InWord) {
         // Resolution and signal-state replies carry bare words: quote every value,
         // in one pass (the inserted quotes never match the next replacement).
+        static const auto quoted = [] {
+            std::array<unsigned char, 256> table{};
+            table[':'] = table[','] = table['}'] = 1;
+            return table;
+        }();
+        const char *const begin = text.constData();
+        const char *const end = begin + text.size();
         int extra = 0;
-        for (const char c : qAsConst(text))
-            extra += (c == ':' || c == ',' || c == '}');
+        for (const char *p = begin; p < end; ++p)
+            extra += quoted[static_cast<unsigned char>(*p)];
         if (extra > 0) {
-            QByteArray quoted(text.size() + extra, Qt::Uninitialized);
-            char *out = quoted.data();
-            for (const char c : qAsConst(text)) {
-                if (c == ':') {
+            QByteArray result(text.size() + extra, Qt::Uninitialized);
+            char *out = result.data();
+            for (const char *p = begin; p < end; ++p) {
+                const char c = *p;
+                if (!quoted[static_cast<unsigned char>(c)]) {
+                    *out++ = c;
+                } else if (c == ':') {
                     *out++ = ':';
                     *out++ = '"';
-                } else if (c == ',') {
-                    *out++ = '"';
-                    *out++ = ',';
-                } else if (c == '}') {
-                    *out++ = '"';
-                    *out++ = '}';
                 } else {
+                    *out++ = '"';
                     *out++ = c;
                 }
             }
-            text = quoted;
+            text = result;
         }
         repaired = true;
     }
