@@ -58,7 +58,7 @@ void BaseWidget::applyShadow(QWidget *frame)
     auto *shadow = new QGraphicsDropShadowEffect(frame);
     shadow->setOffset(0, 0);
     shadow->setColor(QColor("#136a67"));
-    shadow->setBlurRadius(35);
+    shadow->setBlurRadius(ShadowBlurRadius);
     frame->setGraphicsEffect(shadow);
 }
 
@@ -160,40 +160,61 @@ void BaseWidget::paintShadowAround(QWidget *frame)
     update();
 }
 
-void BaseWidget::resizeEvent(QResizeEvent *event)
-{
-    m_shadow = QPixmap();  // drawn again for the new size, once
-    QWidget::resizeEvent(event);
-}
-
 void BaseWidget::paintEvent(QPaintEvent *event)
 {
     QWidget::paintEvent(event);
     if (!m_shadowFrame || isMaximized())
         return;
-    if (m_shadow.size() != size()) {
-        // The frame's rectangle blurred once into a pixmap, in the common colour and radius.
-        QImage source(size(), QImage::Format_ARGB32_Premultiplied);
-        source.fill(Qt::transparent);
-        {
-            QPainter painter(&source);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(QColor("#136a67"));
-            painter.drawRoundedRect(QRectF(m_shadowFrame->geometry()), 8, 8);
-        }
-        QGraphicsScene scene;
-        auto *item = scene.addPixmap(QPixmap::fromImage(source));
-        auto *blur = new QGraphicsBlurEffect;
-        blur->setBlurRadius(35);
-        item->setGraphicsEffect(blur);
-        QImage blurred(size(), QImage::Format_ARGB32_Premultiplied);
-        blurred.fill(Qt::transparent);
-        QPainter painter(&blurred);
-        scene.render(&painter, QRectF(), QRectF(0, 0, width(), height()));
-        painter.end();
-        m_shadow = QPixmap::fromImage(blurred);
+    // Nine pieces of a small blurred copy of the frame's rounded rectangle: the corners
+    // as they are, the edges stretched from their middle line. Along an edge, further
+    // than the blur reaches from a corner, every line of the blur is the same; under
+    // the opaque frame nothing shows, so the middle is not painted.
+    const QRect frame = m_shadowFrame->geometry();
+    const QMargins margins(frame.left(), frame.top(), width() - 1 - frame.right(), height() - 1 - frame.bottom());
+    const int reach = qMin(ShadowReach, qMin(frame.width(), frame.height()) / 2 - 1);
+    if (reach <= 0)
+        return;
+    if (m_shadowMargins != margins || m_shadowReach != reach || m_shadow.isNull()) {
+        m_shadowMargins = margins;
+        m_shadowReach = reach;
+        m_shadow = blurredShadow(margins, reach);
     }
+    const int l = margins.left() + reach, t = margins.top() + reach;
+    const int r = margins.right() + reach, b = margins.bottom() + reach;
+    const int middleWidth = width() - l - r, middleHeight = height() - t - b;
     QPainter painter(this);
-    painter.drawPixmap(0, 0, m_shadow);
+    painter.drawPixmap(QRect(0, 0, l, t), m_shadow, QRect(0, 0, l, t));
+    painter.drawPixmap(QRect(width() - r, 0, r, t), m_shadow, QRect(l + 1, 0, r, t));
+    painter.drawPixmap(QRect(0, height() - b, l, b), m_shadow, QRect(0, t + 1, l, b));
+    painter.drawPixmap(QRect(width() - r, height() - b, r, b), m_shadow, QRect(l + 1, t + 1, r, b));
+    painter.drawPixmap(QRect(l, 0, middleWidth, t), m_shadow, QRect(l, 0, 1, t));
+    painter.drawPixmap(QRect(l, height() - b, middleWidth, b), m_shadow, QRect(l, t + 1, 1, b));
+    painter.drawPixmap(QRect(0, t, l, middleHeight), m_shadow, QRect(0, t, l, 1));
+    painter.drawPixmap(QRect(width() - r, t, r, middleHeight), m_shadow, QRect(l + 1, t, r, 1));
+}
+
+QPixmap BaseWidget::blurredShadow(const QMargins &margins, int reach)
+{
+    // The frame is 2 * reach + 1 wide and high here, with the window's margins around it.
+    const QSize size(margins.left() + margins.right() + 2 * reach + 1, margins.top() + margins.bottom() + 2 * reach + 1);
+    QImage source(size, QImage::Format_ARGB32_Premultiplied);
+    source.fill(Qt::transparent);
+    {
+        QPainter painter(&source);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor("#136a67"));
+        painter.drawRoundedRect(QRectF(margins.left(), margins.top(), 2 * reach + 1, 2 * reach + 1), 8, 8);
+    }
+    QGraphicsScene scene;
+    auto *item = scene.addPixmap(QPixmap::fromImage(source));
+    auto *blur = new QGraphicsBlurEffect;
+    blur->setBlurRadius(ShadowBlurRadius);
+    item->setGraphicsEffect(blur);
+    QImage blurred(size, QImage::Format_ARGB32_Premultiplied);
+    blurred.fill(Qt::transparent);
+    QPainter painter(&blurred);
+    scene.render(&painter, QRectF(), QRectF(QPointF(0, 0), QSizeF(size)));
+    painter.end();
+    return QPixmap::fromImage(blurred);
 }

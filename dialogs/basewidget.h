@@ -55,17 +55,23 @@ protected:
     void paintShadowAround(QWidget *frame);
 
     void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
     void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
 
 private:
     Qt::Edges edgesAt(const QPoint &pos) const;
+    static QPixmap blurredShadow(const QMargins &margins, int reach);
+
+    static constexpr int ShadowBlurRadius = 35;
+    // How far into the frame the blur still tells a corner from an edge.
+    static constexpr int ShadowReach = 2 * ShadowBlurRadius;
 
     int m_resizeMargin = 0;
     QWidget *m_shadowFrame = nullptr;
-    QPixmap m_shadow;
+    QPixmap m_shadow;  // the small blurred copy the nine pieces come from
+    QMargins m_shadowMargins;
+    int m_shadowReach = 0;
     bool m_maximized = false;
     QRect m_normalGeometry;
 };
