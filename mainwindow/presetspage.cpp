@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -212,12 +211,6 @@ void PresetsPage::retranslate()
     m_recall->setText(tr("Recall"));
     m_rename->setText(tr("Rename"));
     m_delete->setText(tr("Delete"));
-    // The window's form re-translates only its own tabs; this one was added in code.
-    if (auto *tabs = qobject_cast<QTabWidget *>(parentWidget() ? parentWidget()->parentWidget() : nullptr)) {
-        const int index = tabs->indexOf(this);
-        if (index >= 0)
-            tabs->setTabText(index, tr("Presets"));
-    }
 }
 
 void PresetsPage::changeEvent(QEvent *event)

@@ -114,8 +114,13 @@ void RoutingPages::setJoinLayout(int id)
 {
     if (id < 0 || id > 6)
         return;
-    const QSize layout = id == 6 ? wallOfModel(m_model->record().modelFlag()) : JoinLayouts[id];
-    m_views.joint->buildGrid(layout.width(), layout.height());
+    m_wallLayout = id;
+    buildGrid(m_views.joint);
+}
+
+QSize RoutingPages::wallLayout() const
+{
+    return m_wallLayout == 6 ? wallOfModel(m_model->record().modelFlag()) : JoinLayouts[m_wallLayout];
 }
 
 void RoutingPages::reloadNames()
@@ -130,6 +135,9 @@ void RoutingPages::buildOutputGrids()
     const QMap<int, QString> audioNames = m_names->names(PortNames::AudioOutput);
     const QMap<int, QString> irNames = m_names->names(PortNames::IrOutput);
     const bool eightOutputs = m_model->record().modelFlag() == 0;
+    const int joinMode = m_model->record().joinMode();
+    if (joinMode >= 0 && joinMode <= 6)
+        m_wallLayout = joinMode;
     const struct { TableWidget *table; const char *colour; int offset; const char *label; const QMap<int, QString> *names; } grids[] = {
         {m_views.video, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
         {m_views.joint, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
@@ -147,11 +155,36 @@ void RoutingPages::buildOutputGrids()
             grid.table->setOutputName(n + grid.offset,
                                       stored.isEmpty() ? QCoreApplication::translate("Widget", grid.label).arg(n) : stored);
         }
-        if (grid.table == m_views.joint)
-            setJoinLayout(m_model->record().joinMode());
-        else
-            grid.table->buildGrid(3, 3);  // the ninth cell depends on the model
+        buildGrid(grid.table);
     }
+}
+
+bool RoutingPages::isShown(const TableWidget *table) const
+{
+    const QWidget *page = m_views.tabs->currentWidget();
+    return page && page->isAncestorOf(table);
+}
+
+void RoutingPages::buildGrid(TableWidget *table)
+{
+    if (!m_hiddenGridsWelcome && !isShown(table)) {
+        if (!m_unbuilt.contains(table))
+            m_unbuilt.append(table);
+        return;
+    }
+    m_unbuilt.removeOne(table);
+    if (table == m_views.joint)
+        table->buildGrid(wallLayout().width(), wallLayout().height());
+    else
+        table->buildGrid(3, 3);  // the ninth cell depends on the model
+}
+
+void RoutingPages::buildHiddenGrids()
+{
+    m_hiddenGridsWelcome = true;
+    const QList<TableWidget *> waiting = m_unbuilt;
+    for (TableWidget *table : waiting)
+        buildGrid(table);
 }
 
 void RoutingPages::refillTable(TableWidget *table)
@@ -250,6 +283,13 @@ void RoutingPages::rebuildSignalList()
 
 void RoutingPages::refreshSignalPresence()
 {
+    // Also called when the page changes: a page shown for the first time gets its grid.
+    for (TableWidget *table : m_unbuilt) {
+        if (isShown(table)) {
+            buildGrid(table);
+            break;
+        }
+    }
     // The audio page lists the audio entries, every other page the inputs.
     m_views.list->updateStateMarks(m_views.tabs->currentIndex() == AudioPage ? 0 : 1, m_model->record().inputSignalMap());
     refillAllTables();

@@ -47,6 +47,10 @@ public:
     void rebuildSignalList();
     // The list marks audio or video signals, as the current page shows.
     void refreshSignalPresence();
+    // Until this is called, only the grid of the page on show is built; the others
+    // follow when their page is first shown. Called once the device has been asked
+    // for its state, so that building them does not hold up the first query.
+    void buildHiddenGrids();
     // Offline, the grids look inactive and refuse drops.
     void setOnline(bool online);
     RouteConfirmer *confirmer() const { return m_confirmer; }
@@ -60,6 +64,9 @@ private:
     void setJoinLayout(int id);
     void showJoinMode(int mode);
     void buildOutputGrids();
+    void buildGrid(TableWidget *table);
+    bool isShown(const TableWidget *table) const;
+    QSize wallLayout() const;
     void refillTable(TableWidget *table);
     void refillAllTables();
     void currentSignalChanged();
@@ -73,4 +80,7 @@ private:
     QButtonGroup *m_joinGroup;
     RouteConfirmer *m_confirmer;
     QSize m_joinFaces[7];
+    int m_wallLayout = 0;
+    QList<TableWidget *> m_unbuilt;
+    bool m_hiddenGridsWelcome = false;
 };

@@ -10,6 +10,7 @@
 #include "login/logindialog.h"
 #include "login/usermanagerdialog.h"
 #include "mainwindow/historypage.h"
+#include "mainwindow/lazypage.h"
 #include "mainwindow/portmenus.h"
 #include "mainwindow/presetspage.h"
 #include "mainwindow/routingpages.h"
@@ -43,8 +44,12 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     , m_model(context.model)
     , m_link(context.link)
 {
-    ui->setupUi(this);
+    // Before the form: set on a window with children, a style sheet polishes them all
+    // once more; set first, each widget is polished once, as it is shown.
     loadStyleSheet(this, ":/styles/main.qss");
+    ui->setupUi(this);
+    // The routing pages build the grid of the page on show first.
+    ui->tabWidget->setCurrentIndex(0);
     paintShadowAround(ui->frame);
     setDragArea(ui->titleWidget);
     ui->btn_RestoreOrMax->setStyleSheet(maxButtonStyle(":/Images/window/fullscreen.png"));
@@ -52,6 +57,9 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     setWindowTitle("ORVEXMATRIX CONTORL");
 
     applyStartLanguage();
+    // The form was just translated, and what is built below is built translated:
+    // the language change queued for the window would translate every page again.
+    QCoreApplication::removePostedEvents(this, QEvent::LanguageChange);
     m_status = new StatusLine(ui->labelStatus, ui->labelStatusLed, m_settings, this);
 
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &Widget::tabChanged);
@@ -78,7 +86,8 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
                                       m_model, m_link, SoftwareVersion, this);
     // The two settings pages stay last: their tab bar is indented, and the added pages go before them.
     m_settingsTabs = {ui->tabWidget->widget(4), ui->tabWidget->widget(5)};
-    ui->tabWidget->insertTab(4, new PresetsPage(m_link, this), PresetsPage::tr("Presets"));
+    m_presetsPage = new LazyPage([this](QWidget *parent) { return new PresetsPage(m_link, parent); }, this);
+    ui->tabWidget->insertTab(4, m_presetsPage, PresetsPage::tr("Presets"));
 
     ui->languageComboBox->addItem(QString::fromUtf8("简体中文"));
     ui->languageComboBox->addItem("English");
@@ -102,8 +111,6 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     connect(link, &MessageDistance::connectingSig, this, &Widget::receiveConnectingSlot);
     connect(ui->reloginBtn, &QPushButton::clicked, this, &Widget::relogin);
     link->setMessagePresenter([](const QString &text, const QString &title) { MsgDlg::showMessage(text, title); });
-
-    ui->tabWidget->setCurrentIndex(0);
 
     runLoginDecision();
 
@@ -137,7 +144,8 @@ void Widget::setUpNotices()
     connect(m_pages, &RoutingPages::notice, this, &Widget::showNotice);
     connect(m_portMenus, &PortMenus::notice, this, &Widget::showNotice);
     connect(m_settingsPage, &SettingsPage::notice, this, &Widget::showNotice);
-    ui->tabWidget->insertTab(5, new HistoryPage(m_pages->confirmer(), this), tr("History"));
+    m_historyPage = new HistoryPage(m_pages->confirmer(), this);
+    ui->tabWidget->insertTab(5, m_historyPage, tr("History"));
     auto *undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, [this] {
         if (!m_link->isConnected())
@@ -216,8 +224,12 @@ void Widget::closeEvent(QCloseEvent *event)
 
 void Widget::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::LanguageChange && ui && m_status)
+    if (event->type() == QEvent::LanguageChange && ui && m_status) {
         m_status->retranslate();
+        // The form re-translates only its own tabs; these two were added in code.
+        ui->tabWidget->setTabText(ui->tabWidget->indexOf(m_presetsPage), PresetsPage::tr("Presets"));
+        ui->tabWidget->setTabText(ui->tabWidget->indexOf(m_historyPage), tr("History"));
+    }
     BaseWidget::changeEvent(event);
 }
 
@@ -295,11 +307,13 @@ void Widget::receiveNetWorkSuccessfulSlot()
     on_refrenshBtn_clicked();
     m_settings->setConnectionState(AppSettings::Connected);
     setStatus(AppSettings::Connected);
+    m_pages->buildHiddenGrids();
 }
 
 void Widget::receivenetWorkFailSlot()
 {
     setStatus(AppSettings::Disconnected);
+    m_pages->buildHiddenGrids();
 }
 
 void Widget::receiveConnectingSlot()
@@ -341,6 +355,10 @@ void Widget::tabChanged(int index)
 {
     m_pages->refreshSignalPresence();
     const bool settingsPage = m_settingsTabs.contains(ui->tabWidget->widget(index));
-    ui->tabWidget->setStyleSheet(QString("QTabWidget::tab-bar { left:%1; }").arg(settingsPage ? "200px" : "0"));
+    // A style sheet set on the tab widget polishes every page again: only when it changes.
+    if (settingsPage != m_tabBarIndented) {
+        m_tabBarIndented = settingsPage;
+        ui->tabWidget->setStyleSheet(QString("QTabWidget::tab-bar { left:%1; }").arg(settingsPage ? "200px" : "0"));
+    }
     ui->adminLabel->setVisible(settingsPage && m_settings->adminFlag() != 0);
 }

@@ -98,5 +98,8 @@ private:
     SettingsPage *m_settingsPage = nullptr;
     StatusLine *m_status = nullptr;
     QList<QWidget *> m_settingsTabs;
+    bool m_tabBarIndented = false;
+    QWidget *m_presetsPage = nullptr;
+    QWidget *m_historyPage = nullptr;
     QTranslator m_translator;
 };

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+// A tab page whose content is built the first time the page is shown, so that
+// the window opens without waiting for pages the operator may never visit.
+class LazyPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using Factory = std::function<QWidget *(QWidget *parent)>;
+
+    explicit LazyPage(Factory factory, QWidget *parent = nullptr);
+
+    // The page's content, built now if it was not yet.
+    QWidget *content();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    Factory m_factory;
+    QWidget *m_content = nullptr;
+};
