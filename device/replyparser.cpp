@@ -134,12 +134,21 @@ void insertChar(QByteArray &text, int at, char c)
     text.insert(at, c);
 }
 
-// QByteArray::indexOf through memmem and memchr: Qt's own searches cost more
-// than the rest of the caption repair.
+// QByteArray::indexOf through memchr: Qt's own searches (and memmem, for keys
+// this short and this near) cost more than the rest of the caption repair.
 int indexOf(const QByteArray &text, const char *key)
 {
-    const void *found = memmem(text.constData(), size_t(text.size()), key, strlen(key));
-    return found ? int(static_cast<const char *>(found) - text.constData()) : -1;
+    const auto length = ptrdiff_t(strlen(key));
+    const char *const begin = text.constData();
+    const char *const end = begin + text.size();
+    for (const char *p = begin; end - p >= length; ++p) {
+        p = static_cast<const char *>(memchr(p, key[0], size_t(end - p - length + 1)));
+        if (!p)
+            break;
+        if (memcmp(p, key, size_t(length)) == 0)
+            return int(p - begin);
+    }
+    return -1;
 }
 
 int indexOf(const QByteArray &text, char c, int from)
@@ -224,7 +233,7 @@ void logCaptionRepair(const QByteArray &text)
 // it rather than one search per word: the searches cost two thirds of decoding.
 constexpr unsigned IpWord = 1u << 0, VolumeWord = 1u << 1, TypeWord = 1u << 2, VideoWord = 1u << 3,
                    InputWord = 1u << 4, AudioWord = 1u << 5, IrWord = 1u << 6, InWord = 1u << 7, OutWord = 1u << 8,
-                   SwitchWord = 1u << 9, ColorWord = 1u << 10;
+                   SwitchWord = 1u << 9;
 
 unsigned wordsIn(const QByteArray &frame)
 {
@@ -245,7 +254,6 @@ unsigned wordsIn(const QByteArray &frame)
         table['I'] = IrWord;
         table['o'] = OutWord;
         table['s'] = SwitchWord;
-        table['C'] = ColorWord;
         return table;
     }();
     unsigned words = 0;
@@ -266,7 +274,6 @@ unsigned wordsIn(const QByteArray &frame)
         case 'I': words |= at(i, "IR", 2) ? IrWord : 0; break;
         case 'o': words |= at(i, "out", 3) ? OutWord : 0; break;
         case 's': words |= at(i, "switch", 6) ? SwitchWord : 0; break;
-        case 'C': words |= at(i, "Color", 5) ? ColorWord : 0; break;
         default: break;
         }
     }
@@ -290,8 +297,7 @@ QByteArray ReplyParser::repairFindingWords(const QByteArray &frame, unsigned *wo
 {
     QByteArray text = frame;
     bool repaired = false;
-    unsigned words = wordsIn(text);
-    if (words & ColorWord) {
+    if (indexOf(text, "Color") >= 0) {
         text.reserve(text.size() + 10);  // the ten quotes, without a reallocation each
         quoteBareValue(text, "Switch", 8, 9);
         quoteBareValue(text, "Bg_switch", 11, 12);
@@ -305,8 +311,9 @@ QByteArray ReplyParser::repairFindingWords(const QByteArray &frame, unsigned *wo
         insertChar(text, close, '"');
         logCaptionRepair(text);
         repaired = true;
-        words = wordsIn(text); // the inserted quotes may split a word
     }
+    // Scanned after the caption repair, whose quotes may split a word.
+    const unsigned words = wordsIn(text);
     if (words & InWord) {
         // Resolution and signal-state replies carry bare words: quote every value,
         // in one pass (the inserted quotes never match the next replacement).
