@@ -47,22 +47,15 @@ MessageDistance::MessageDistance(QObject *parent)
 
     m_commandSocket.setReadBufferSize(SocketReadBuffer);
     connect(&m_commandSocket, &QTcpSocket::readyRead, this, &MessageDistance::readCommandSocket);
-    connect(&m_uploadSocket, &QTcpSocket::errorOccurred, this,
-            [this] { m_reconnectTimer->start(); });
     m_reconnectTimer = new QTimer(this);
     connect(m_reconnectTimer, &QTimer::timeout, this, &MessageDistance::reconnectRound);
-    connect(&m_uploadSocket, &QTcpSocket::connected, this, &MessageDistance::onUploadConnected);
-    // A file connection lost in the middle of a file cannot resume it: the
-    // device would take the rest without its opening command.
-    connect(&m_uploadSocket, &QTcpSocket::disconnected, this, [this] {
-        if (m_uploading || m_awaitingAck)
-            failTransfer();
+    m_upload = new UploadChannel(this);
+    connect(m_upload, &UploadChannel::trouble, m_reconnectTimer, QOverload<>::of(&QTimer::start));
+    connect(m_upload, &UploadChannel::connected, this, [this] {
+        // Only the command connection ends the retries: it may still be down.
+        if (isConnected())
+            m_reconnectTimer->stop();
     });
-    m_uploadWatchdog = new QTimer(this);
-    m_uploadWatchdog->setSingleShot(true);
-    m_uploadWatchdog->setInterval(UploadReplyTimeoutMs);
-    connect(m_uploadWatchdog, &QTimer::timeout, this, &MessageDistance::failTransfer);
-    connect(&m_uploadSocket, &QTcpSocket::readyRead, this, &MessageDistance::onUploadReadyRead);
     connect(&m_commandSocket, &QTcpSocket::errorOccurred, this, &MessageDistance::onCommandSocketTrouble);
     connect(&m_commandSocket, &QTcpSocket::disconnected, this, &MessageDistance::onCommandSocketTrouble);
     connect(&m_commandSocket, &QTcpSocket::connected, this, [this] {
@@ -85,7 +78,7 @@ MessageDistance::~MessageDistance()
     stopWorker();
     // Sockets go before the timer they would otherwise restart from their signals.
     m_commandSocket.disconnect(this);
-    m_uploadSocket.disconnect(this);
+    delete m_upload;
 }
 
 void MessageDistance::stopWorker()
@@ -109,30 +102,30 @@ void MessageDistance::connectToDevice(const QString &host, quint16 port)
     m_host = host;
     m_port = port;
     m_commandSocket.abort();
-    m_uploadSocket.abort();
+    m_upload->abort();
     {
         QMutexLocker locker(&m_bufferMutex);
         m_parser.clear();
     }
     m_commandSocket.connectToHost(host, port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-    m_uploadSocket.connectToHost(host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+    m_upload->connectToHost(host);
 }
 
 void MessageDistance::closeConnection()
 {
     m_commandSocket.close();
-    m_uploadSocket.close();
+    m_upload->close();
 }
 
 bool MessageDistance::isUploadConnected() const
 {
-    return m_uploadSocket.state() == QAbstractSocket::ConnectedState;
+    return m_upload->isConnected();
 }
 
 void MessageDistance::reconnectRound()
 {
-    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState)
-        reconnectUploadSocket();
+    if (!m_upload->isConnected())
+        m_upload->reconnect();
     if (m_commandSocket.state() != QAbstractSocket::ConnectedState) {
         m_commandSocket.abort();
         m_commandSocket.connectToHost(m_host, m_port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
@@ -146,133 +139,9 @@ void MessageDistance::onCommandSocketTrouble()
     m_reconnectTimer->start();
 }
 
-void MessageDistance::onUploadConnected()
-{
-    // Each piece waits for the device's answer to the one before: no segment filling.
-    m_uploadSocket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    // Only the command connection ends the retries: it may still be down.
-    if (m_commandSocket.state() == QAbstractSocket::ConnectedState)
-        m_reconnectTimer->stop();
-    if (m_uploadQueue.isEmpty())
-        return;
-    const UploadItem item = m_uploadQueue.takeFirst();
-    if (!item.first.isEmpty()) {
-        sendCommand(item.first);
-    } else {
-        m_uploadSocket.write(item.second);
-        m_uploadSocket.flush();
-    }
-}
-
-void MessageDistance::onUploadReadyRead()
-{
-    const QByteArray data = m_uploadSocket.readAll();
-    const int zero = data.indexOf('\0');
-    const QString text = QString::fromLatin1(zero < 0 ? data : data.left(zero));
-    qDebug() << "OsdUploadSocket receive:" << text;
-
-    if (!m_uploading && !m_awaitingAck && m_uploadQueue.isEmpty())
-        return;  // nothing in flight: a late or stray answer changes nothing
-    if (m_awaitingAck) {
-        if (!text.contains(QLatin1String("<ACK_1>\r\n"))) {
-            failTransfer();
-            return;
-        }
-        m_awaitingAck = false;
-    }
-    if (m_uploadQueue.isEmpty()) {
-        endTransfer();
-        return;
-    }
-    m_uploadWatchdog->start();
-    // One reply releases one piece, together with the commands queued in front of it.
-    while (!m_uploadQueue.first().first.isEmpty()) {
-        const QString command = m_uploadQueue.takeFirst().first;
-        sendCommand(command);
-        if (command.contains(QLatin1String("Done")))
-            m_awaitingAck = true;
-        if (m_uploadQueue.isEmpty()) {
-            m_uploading = false;
-            if (!m_awaitingAck)
-                m_uploadWatchdog->stop();
-            return;
-        }
-        if (m_awaitingAck)
-            return; // a file queued behind starts only once this one is acknowledged
-    }
-    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
-        qDebug() << "upload fail! osd upload socket connect fail!";
-        failTransfer();
-        reconnectUploadSocket();
-        return;
-    }
-    const QByteArray piece = m_uploadQueue.takeFirst().second;
-    const qint64 written = m_uploadSocket.write(piece);
-    m_uploadSocket.flush();
-    qDebug() << "OsdUpdateTcpSocket Send byte len:" << written;
-    m_uploading = true;
-}
-
 void MessageDistance::sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand)
 {
-    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
-        showMessage(tr("传输文件端口连接发生错误！"), tr("NetWork Error"));
-        m_uploadQueue.clear();
-        m_uploading = false;
-        return;
-    }
-    QList<QByteArray> pieces;
-    for (int offset = 0; offset < payload.size(); offset += PieceSize)
-        pieces.append(payload.mid(offset, PieceSize));
-
-    if (m_uploading) {
-        // Queued whole behind the transfer in progress.
-        if (!command.isEmpty())
-            m_uploadQueue.append({command, QByteArray()});
-        for (const QByteArray &piece : qAsConst(pieces))
-            m_uploadQueue.append({QString(), piece});
-        if (!doneCommand.isEmpty())
-            m_uploadQueue.append({doneCommand, QByteArray()});
-        return;
-    }
-    // Idle: the opening command and the first piece leave together.
-    if (!command.isEmpty())
-        sendCommand(command);
-    if (!pieces.isEmpty()) {
-        m_uploadSocket.write(pieces.first());
-        // The flush result, not a byte count: existing logs read this way.
-        qDebug() << "osdUpdateTcpSocket Send byte len" << int(m_uploadSocket.flush());
-        m_uploading = true;
-        for (int i = 1; i < pieces.size(); ++i)
-            m_uploadQueue.append({QString(), pieces[i]});
-    }
-    if (!doneCommand.isEmpty())
-        m_uploadQueue.append({doneCommand, QByteArray()});
-    if (!m_uploadQueue.isEmpty())
-        m_uploadWatchdog->start();
-}
-
-void MessageDistance::setUploadReplyTimeout(int ms)
-{
-    m_uploadWatchdog->setInterval(ms);
-}
-
-void MessageDistance::failTransfer()
-{
-    // Once per transfer: one message, one closing command, nothing left waiting.
-    // Without a command connection there is nobody to close the transfer with.
-    endTransfer();
-    showMessage(tr("传输文件过程网络发生错误！请重新上传"), tr("NetWork Error"));
-    if (m_commandSocket.state() == QAbstractSocket::ConnectedState)
-        sendDoneCommand();
-}
-
-void MessageDistance::endTransfer()
-{
-    m_uploadWatchdog->stop();
-    m_uploadQueue.clear();
-    m_uploading = false;
-    m_awaitingAck = false;
+    m_upload->sendFile(command, payload, doneCommand);
 }
 
 void MessageDistance::sendDoneCommand()
@@ -288,38 +157,9 @@ void MessageDistance::sendDoneCommand()
     m_commandSocket.flush();
 }
 
-void MessageDistance::sendUploadCommand(int target)
-{
-    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
-        m_uploadSocket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-        return;
-    }
-    const QString text = CommandText::uploadOsd(target);
-    m_uploadSocket.write(text.toUtf8());
-    qDebug() << "sendData" << text;
-    m_uploadSocket.flush();
-}
-
 void MessageDistance::setReconnectInterval(int ms)
 {
     m_reconnectTimer->setInterval(ms);
-}
-
-void MessageDistance::sendImage(const QByteArray &bitmap)
-{
-    if (m_uploadSocket.state() != QAbstractSocket::ConnectedState) {
-        qDebug() << "osd socket disconnected!";
-        reconnectUploadSocket();
-        return;
-    }
-    m_uploadSocket.write(bitmap);
-    m_uploadSocket.flush();
-}
-
-void MessageDistance::reconnectUploadSocket()
-{
-    m_uploadSocket.abort();
-    m_uploadSocket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
 }
 
 void MessageDistance::showMessage(const QString &text, const QString &title)

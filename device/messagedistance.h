@@ -1,12 +1,11 @@
 #pragma once
 
 #include "device/replyparser.h"
+#include "device/uploadchannel.h"
 
 #include <QByteArray>
 #include <QJsonObject>
-#include <QList>
 #include <QMutex>
-#include <QPair>
 #include <QTcpSocket>
 #include <QThread>
 #include <QWaitCondition>
@@ -17,21 +16,21 @@
 class QTimer;
 
 // The one link to the switcher: the command connection, the file connection on
-// port 6666, the reconnect timer, and a worker thread that turns received bytes
-// into reply signals. Sockets and timer live on the thread that created the
-// object; only the reply loop runs on the worker.
+// port 6666 (UploadChannel), the reconnect timer, and a worker thread that
+// turns received bytes into reply signals. Sockets and timer live on the thread
+// that created the object; only the reply loop runs on the worker.
 class MessageDistance : public QThread
 {
     Q_OBJECT
 
 public:
-    static constexpr quint16 FilePort = 6666;
+    static constexpr quint16 FilePort = UploadChannel::FilePort;
     static constexpr int ReconnectIntervalMs = 2000;
     // Time between connection attempts while the command connection is down.
     void setReconnectInterval(int ms);
 
     // (command text, payload): exactly one of the two is in use.
-    using UploadItem = QPair<QString, QByteArray>;
+    using UploadItem = UploadChannel::Item;
 
     static MessageDistance *instance();
 
@@ -92,29 +91,27 @@ public:
     void sendPortResolution(int port, const QString &resolution);
     void sendAnalogSelect(int port, int source);
 
-    // File uploads over port 6666: the opening command, the payload in pieces of
-    // PieceSize released one per device reply, then the closing command, after
-    // which the device must acknowledge with "<ACK_1>\r\n".
-    static constexpr int PieceSize = 500;
-    // A transfer whose device stays silent this long has failed.
-    static constexpr int UploadReplyTimeoutMs = 10000;
-    void setUploadReplyTimeout(int ms);
+    // File uploads over port 6666, carried out by the upload channel.
+    static constexpr int PieceSize = UploadChannel::PieceSize;
+    static constexpr int UploadReplyTimeoutMs = UploadChannel::ReplyTimeoutMs;
+    void setUploadReplyTimeout(int ms) { m_upload->setReplyTimeout(ms); }
     void sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand);
     void sendDoneCommand();
-    void sendUploadCommand(int target);
+    void sendUploadCommand(int target) { m_upload->sendUploadCommand(target); }
     // Writes an already converted bitmap on the file connection.
-    void sendImage(const QByteArray &bitmap);
+    void sendImage(const QByteArray &bitmap) { m_upload->sendImage(bitmap); }
 
     // How errors are shown to the operator; the window installs its message box.
     // Blocks like a modal dialog; without one the message is only logged.
     using MessagePresenter = std::function<void(const QString &text, const QString &title)>;
     void setMessagePresenter(MessagePresenter presenter) { m_presentMessage = std::move(presenter); }
+    void showMessage(const QString &text, const QString &title);
 
     // Items waiting for the file connection; drained one per connect.
-    void enqueueUpload(const UploadItem &item) { m_uploadQueue.append(item); }
-    int pendingUploads() const { return m_uploadQueue.size(); }
-    bool isUploading() const { return m_uploading; }
-    bool isAwaitingAck() const { return m_awaitingAck; }
+    void enqueueUpload(const UploadItem &item) { m_upload->enqueue(item); }
+    int pendingUploads() const { return m_upload->pendingItems(); }
+    bool isUploading() const { return m_upload->isUploading(); }
+    bool isAwaitingAck() const { return m_upload->isAwaitingAck(); }
 
 signals:
     void receiveVersionSig(QJsonObject);
@@ -144,33 +141,23 @@ protected:
 private:
     void reconnectRound();
     void onCommandSocketTrouble();
-    void onUploadConnected();
-    void onUploadReadyRead();
     void emitReply(const ParsedReply &reply);
-    void showMessage(const QString &text, const QString &title);
-    void reconnectUploadSocket();
-    void failTransfer();
-    void endTransfer();
     void readCommandSocket();
     bool backlogFull() const;
 
     ReplyParser m_parser;        // the receive buffer; guarded by m_bufferMutex
     QTcpSocket m_commandSocket;
-    QTcpSocket m_uploadSocket;
+    UploadChannel *m_upload = nullptr;  // the file connection, its queue and flags
     QString m_host;
     quint16 m_port = 0;
     QMutex m_bufferMutex;
     QWaitCondition m_bufferChanged;
     QTimer *m_reconnectTimer = nullptr;
-    QTimer *m_uploadWatchdog = nullptr;
     int m_unused1 = 0;
     std::atomic<int> m_replyState{2};
-    QList<UploadItem> m_uploadQueue;
     int m_unused2 = 0;
     std::atomic<int> m_osdIndex{-1};
     bool m_stop = false;         // guarded by m_bufferMutex
-    bool m_uploading = false;
-    bool m_awaitingAck = false;
     // Backpressure: frames announced but not yet handled by the receiving
     // thread, and whether reading stopped to let the parser or the window catch up.
     std::atomic<int> m_unhandledReplies{0};
