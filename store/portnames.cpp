@@ -27,34 +27,42 @@ void PortNames::loadInputs(int inputs)
     }
 }
 
+QMap<int, QString> &PortNames::outputs(Kind kind) const
+{
+    if (!m_outputs.contains(kind)) {
+        m_outputs.insert(kind, kind == VideoOutput   ? PortNameStore::loadPortNames(PortNameStore::VideoOutput)
+                               : kind == AudioOutput ? PortNameStore::loadOutAudioPortNames()
+                                                     : PortNameStore::loadOutInfarePortNames());
+    }
+    return m_outputs[kind];
+}
+
 QMap<int, QString> PortNames::names(Kind kind) const
 {
     switch (kind) {
     case VideoInput: return m_inputs;
     case AudioInput: return m_audioInputs;
-    case VideoOutput: return PortNameStore::loadPortNames(PortNameStore::VideoOutput);
-    case AudioOutput: return PortNameStore::loadOutAudioPortNames();
-    case IrOutput: return PortNameStore::loadOutInfarePortNames();
+    case VideoOutput:
+    case AudioOutput:
+    case IrOutput: return outputs(kind);
     }
     return {};
 }
 
 bool PortNames::rename(Kind kind, int port, const QString &name)
 {
-    switch (kind) {
-    case VideoInput:
-        if (!PortNameStore::savePortName(port, name, PortNameStore::VideoInput))
-            return false;
+    const bool stored = kind == AudioOutput ? PortNameStore::saveOutAudioPortName(port, name)
+                        : kind == IrOutput  ? PortNameStore::saveOutInfarePortName(port, name)
+                        : kind == VideoInput ? PortNameStore::savePortName(port, name, PortNameStore::VideoInput)
+                        : kind == AudioInput ? PortNameStore::savePortName(port, name, PortNameStore::AudioInput)
+                                             : PortNameStore::savePortName(port, name, PortNameStore::VideoOutput);
+    if (!stored)
+        return false;
+    if (kind == VideoInput)
         m_inputs.insert(port, name);
-        return true;
-    case AudioInput:
-        if (!PortNameStore::savePortName(port, name, PortNameStore::AudioInput))
-            return false;
+    else if (kind == AudioInput)
         m_audioInputs.insert(port, name);
-        return true;
-    case VideoOutput: return PortNameStore::savePortName(port, name, PortNameStore::VideoOutput);
-    case AudioOutput: return PortNameStore::saveOutAudioPortName(port, name);
-    case IrOutput: return PortNameStore::saveOutInfarePortName(port, name);
-    }
-    return false;
+    else
+        outputs(kind).insert(port, name);
+    return true;
 }

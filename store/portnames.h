@@ -23,7 +23,8 @@ public:
     // are translated at this moment, so they follow the language.
     void loadInputs(int inputs);
 
-    // Inputs as last loaded (with defaults); outputs as stored (no defaults).
+    // Inputs as last loaded (with defaults); outputs as stored (no defaults), read
+    // once: every rename goes through this object, which keeps them current.
     QMap<int, QString> names(Kind kind) const;
     QString name(Kind kind, int port) const { return names(kind).value(port); }
 
@@ -32,6 +33,10 @@ public:
     bool rename(Kind kind, int port, const QString &name);
 
 private:
+    QMap<int, QString> &outputs(Kind kind) const;
+
     QMap<int, QString> m_inputs;
     QMap<int, QString> m_audioInputs;
+    // Output names by kind, filled on first use.
+    mutable QMap<Kind, QMap<int, QString>> m_outputs;
 };
