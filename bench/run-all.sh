@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Every benchmark in one run, each figure printed beside its target. Run after
-# scripts/build.sh; takes about two minutes on two cores. Loopback addresses
+# scripts/build.sh; takes about 80 s on two cores. Loopback addresses
 # 127.0.0.91 and 127.0.0.92 only. Not part of the test suite.
 #   bench/run-all.sh        (BUILD_DIR to use another build folder)
 set -uo pipefail
