@@ -200,6 +200,13 @@ void tst_MainWindow::autoLoginStart_showsConnectedAndTheDeviceState()
     QCOMPARE(joint->columnCount(), 3);
     QCOMPARE(joint->rowCount(), 3);
     QVERIFY(child<QPushButton>("joinBtn6")->isChecked());
+
+    // The Presets page is built when it is first shown.
+    auto *tabs = child<QTabWidget>("tabWidget");
+    QCOMPARE(tabs->tabText(4), QString("Presets"));
+    QVERIFY(!m_window->findChild<QTableWidget *>("presetTable"));
+    tabs->setCurrentIndex(4);
+    QVERIFY(m_window->findChild<QTableWidget *>("presetTable"));
 }
 
 void tst_MainWindow::dropOnEachTable_switchesTheDevice_data()
@@ -439,8 +446,11 @@ void tst_MainWindow::languageSwitch_translatesAndKeepsTheVersions()
     QCOMPARE(m_settings->language(), 0);
     QCOMPARE(child<QLabel>("fpgaVersionLabel")->text(), QString("FPGA: V1.0.5"));
     QCOMPARE(child<QLabel>("softwareVersionLabel")->text(), QString("V1.0.2(20231215)"));
-    // The window re-reads its status line when the language-change event reaches it.
+    // The window re-reads its status line and the titles of the tabs added in code
+    // when the language-change event reaches it.
     QTRY_VERIFY(m_window->statusText().contains(QString::fromUtf8("已连接")));
+    QCOMPARE(child<QTabWidget>("tabWidget")->tabText(4), QString::fromUtf8("预设"));
+    QCOMPARE(child<QTabWidget>("tabWidget")->tabText(5), QString::fromUtf8("历史记录"));
 
     // The same language again: nothing stored, nothing changes.
     m_settings->setLanguage(5);
