@@ -105,7 +105,7 @@ int main(int argc, char *argv[])
     if (!ok || port > 65535)
         return fail(QStringLiteral("not a port number: %1").arg(parser.value(portOption)));
     options.port = static_cast<quint16>(port);
-    const std::optional<SimModel> model = SimDevice::modelFromName(parser.value(modelOption));
+    const std::optional<SimModel> model = SimState::modelFromName(parser.value(modelOption));
     if (!model)
         return fail(QStringLiteral("unknown model %1 (ORXM200 or ORXM100)").arg(parser.value(modelOption)));
     options.model = *model;

@@ -1,9 +1,9 @@
 #include "simserver.h"
 
-#include <QDir>
+#include "uploadformats.h"
+
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QTcpSocket>
 
 #include <cstdio>
@@ -31,7 +31,7 @@ QByteArray printable(const QByteArray &bytes)
     return text;
 }
 
-// Enough of a file's start for SimDevice::declaredLength: an EDID counts its
+// Enough of a file's start for UploadFormats::declaredLength: an EDID counts its
 // extensions in byte 126.
 constexpr int LengthHead = 127;
 
@@ -163,7 +163,7 @@ void FileChannel::learnLength(const QByteArray &bytes)
     if (m_fileLength > 0 || m_head.size() >= LengthHead)
         return;
     m_head += bytes.left(LengthHead - m_head.size());
-    m_fileLength = SimDevice::declaredLength(m_head).value_or(0);
+    m_fileLength = UploadFormats::declaredLength(m_head).value_or(0);
 }
 
 void FileChannel::forgetClient()
@@ -199,6 +199,7 @@ SimServer::SimServer(const SimOptions &options, QObject *parent)
     : QObject(parent)
     , m_options(options)
     , m_device(options.model)
+    , m_saver(options.saveUploadsDir)
 {
     connect(&m_commandServer, &QTcpServer::newConnection, this, &SimServer::onNewConnection);
     connect(&m_files, &FileChannel::clientAdopted, this, [this] { m_device.startTransfer(); });
@@ -289,7 +290,7 @@ void SimServer::onReadyRead(QTcpSocket *socket)
         log(line);
         // Saved before the closing acknowledgement: a sender that has it finds the file.
         if (outcome.upload && !m_options.saveUploadsDir.isEmpty())
-            saveUpload(*outcome.upload);
+            m_saver.save(*outcome.upload);
         for (const QByteArray &frame : outcome.frames)
             out += (m_options.junk ? junk() : QByteArray()) + frame;
         if (outcome.uploadDone) {
@@ -343,37 +344,4 @@ QByteArray SimServer::junk() const
     for (int i = 0; i < length; ++i)
         bytes += alphabet.at(random->bounded(alphabet.size()));
     return bytes;
-}
-
-void SimServer::saveUpload(const SimDevice::Upload &upload)
-{
-    QDir dir(m_options.saveUploadsDir);
-    if (!dir.mkpath(QStringLiteral("."))) {
-        std::fprintf(stderr, "orvex-sim: cannot create %s, upload not saved\n", qPrintable(dir.path()));
-        std::fflush(stderr);
-        return;
-    }
-    if (m_savedUploads < 0) {
-        // Numbering goes on after an earlier run's files instead of replacing them.
-        static const QRegularExpression saved(QStringLiteral(R"(^(osd|caption|edid)-\d+-(\d+)\.(bmp|bin)$)"));
-        m_savedUploads = 0;
-        for (const QString &name : dir.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
-            const QRegularExpressionMatch match = saved.match(name);
-            if (match.hasMatch())
-                m_savedUploads = qMax(m_savedUploads, match.captured(2).toInt());
-        }
-    }
-    const bool bmp = upload.kind != SimDevice::UploadKind::Edid && SimDevice::bmpHeader(upload.bytes);
-    const QString name = QStringLiteral("%1-%2-%3.%4")
-                             .arg(QString::fromLatin1(SimDevice::uploadKindName(upload.kind)))
-                             .arg(upload.port)
-                             .arg(++m_savedUploads, 4, 10, QLatin1Char('0'))
-                             .arg(bmp ? QStringLiteral("bmp") : QStringLiteral("bin"));
-    // QSaveFile: a reader never sees half a file, and a failed write leaves none.
-    QSaveFile file(dir.filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(upload.bytes) != upload.bytes.size() || !file.commit()) {
-        std::fprintf(stderr, "orvex-sim: cannot save %s: %s\n", qPrintable(file.fileName()),
-                     qPrintable(file.errorString()));
-        std::fflush(stderr);
-    }
 }

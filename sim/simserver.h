@@ -3,6 +3,7 @@
 #include "commandcutter.h"
 #include "faults.h"
 #include "simdevice.h"
+#include "uploadsaver.h"
 
 #include <QHash>
 #include <QHostAddress>
@@ -120,14 +121,13 @@ private:
     void onReadyRead(QTcpSocket *socket);
     void log(const QByteArray &lines);
     QByteArray junk() const;
-    void saveUpload(const SimDevice::Upload &upload);
 
     SimOptions m_options;
     SimDevice m_device;
     QTcpServer m_commandServer;
     FileChannel m_files;
     QHash<QTcpSocket *, Session> m_sessions;
+    UploadSaver m_saver;
     QString m_error;
-    int m_savedUploads = -1;  // sequence number of the last file saved; -1: folder not read yet
     int m_switches = 0;       // switch commands received, for --lose-every
 };
