@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <functional>
+#include <limits>
 
 namespace {
 
@@ -13,12 +15,36 @@ int fail(const QString &message)
     return 1;
 }
 
-// A count for a fault switch: 0 (off) or more.
-bool readCount(const QCommandLineParser &parser, const QCommandLineOption &option, qint64 *count)
+// Stores one option's value in the options; returns what is wrong with it, or nothing.
+using Reader = std::function<QString(const QString &value, bool isSet)>;
+
+struct Row
 {
-    bool ok = false;
-    *count = parser.value(option).toLongLong(&ok);
-    return ok && *count >= 0;
+    QCommandLineOption option;
+    Reader read;
+};
+
+// A switch: the field is whenSet when the option is given, the opposite when not.
+Reader flag(SimOptions *options, bool SimOptions::*field, bool whenSet = true)
+{
+    return [=](const QString &, bool isSet) {
+        options->*field = isSet == whenSet;
+        return QString();
+    };
+}
+
+// A count for a fault switch: 0 (off) up to what its field holds; unit names it in the error.
+template <typename Count>
+Reader count(SimOptions *options, Count SimOptions::*field, const char *unit)
+{
+    return [=](const QString &value, bool) {
+        bool ok = false;
+        const qint64 n = value.toLongLong(&ok);
+        if (!ok || n < 0 || n > std::numeric_limits<Count>::max())
+            return QStringLiteral("not a %1 count: %2").arg(QLatin1String(unit), value);
+        options->*field = Count(n);
+        return QString();
+    };
 }
 
 } // namespace
@@ -49,53 +75,78 @@ int main(int argc, char *argv[])
     const QCommandLineOption modelOption(QStringLiteral("model"),
         QStringLiteral("ORXM200 (9 ports, default) or ORXM100 (8 ports)."), QStringLiteral("model"),
         QStringLiteral("ORXM200"));
-    const QCommandLineOption noFilePortOption(QStringLiteral("no-file-port"),
-        QStringLiteral("Do not listen on the file port."));
-    const QCommandLineOption noAckOption(QStringLiteral("no-ack"),
-        QStringLiteral("Withhold the acknowledgement of {param=Done}; pieces are still acknowledged."));
-    const QCommandLineOption junkOption(QStringLiteral("junk"),
-        QStringLiteral("Put random non-JSON bytes between reply frames."));
-    const QCommandLineOption dropAfterOption(QStringLiteral("drop-after"),
-        QStringLiteral("Close a command connection after it has sent n commands (default 0: never)."),
-        QStringLiteral("n"), QStringLiteral("0"));
-    const QCommandLineOption broadcastOption(QStringLiteral("broadcast"),
-        QStringLiteral("Send every reply to all connected clients, like a matrix with several control panels."));
-    const QCommandLineOption verboseOption(QStringLiteral("verbose"),
-        QStringLiteral("Log every received command to stderr, and after it, on a line of its own, "
-                       "any state it changed that no reply reports (patterns, mute, audio mode, EDID, "
-                       "uploaded pictures with their BMP size and bit depth)."));
-    const QCommandLineOption saveUploadsOption(QStringLiteral("save-uploads"),
-        QStringLiteral("Write every finished upload to dir (created if missing), one file each, named "
-                       "kind-port-sequence: osd-3-0001.bmp, caption-2-0002.bmp, edid-4-0003.bin "
-                       "(.bin for bytes that are not a BMP). Numbering goes on after files already there."),
-        QStringLiteral("dir"));
-    const QCommandLineOption floodBytesOption(QStringLiteral("flood-bytes"),
-        QStringLiteral("Send n random bytes (any value, braces included) on every command connection as soon "
-                       "as it is accepted, as fast as the client reads them; replies are still sent, in between. "
-                       "--verbose logs \"flood: n random bytes sent\" at the end."),
-        QStringLiteral("n"), QStringLiteral("0"));
-    const QCommandLineOption floodFramesOption(QStringLiteral("flood-frames"),
-        QStringLiteral("Like --flood-bytes, with n copies of the volume frame back to back "
-                       "(\"flood: n frames sent, b bytes\")."),
-        QStringLiteral("n"), QStringLiteral("0"));
-    const QCommandLineOption badAckOption(QStringLiteral("bad-ack"),
-        QStringLiteral("The file port answers every piece, and {param=Done}, with garbage instead of <ACK_1>."));
-    const QCommandLineOption silentFilePortOption(QStringLiteral("silent-file-port"),
-        QStringLiteral("The file port accepts connections and takes bytes but never answers."));
-    const QCommandLineOption dropFileAfterOption(QStringLiteral("drop-file-after"),
-        QStringLiteral("Close a file connection, unanswered, once it has received n bytes (default 0: never); "
-                       "bytes beyond n are discarded."),
-        QStringLiteral("n"), QStringLiteral("0"));
-    const QCommandLineOption loseEveryOption(QStringLiteral("lose-every"),
-        QStringLiteral("Silently ignore every n-th switch command ({param=<i>VIDEO<o>}, AUDIO, IR): neither "
-                       "applied nor answered; --verbose logs it as \"cmd: ... (lost)\" (default 0: never)."),
-        QStringLiteral("n"), QStringLiteral("0"));
-    parser.addOptions({hostOption, portOption, modelOption, noFilePortOption, noAckOption, junkOption,
-                       dropAfterOption, broadcastOption, verboseOption, saveUploadsOption, floodBytesOption,
-                       floodFramesOption, badAckOption, silentFilePortOption, dropFileAfterOption, loseEveryOption});
+    SimOptions options;
+    // The rest in the order --help lists them; values are checked in the same
+    // order, so the first wrong one is the one named.
+    const QList<Row> rows = {
+        {{QStringLiteral("no-file-port"), QStringLiteral("Do not listen on the file port.")},
+         flag(&options, &SimOptions::filePort, false)},
+        {{QStringLiteral("no-ack"),
+          QStringLiteral("Withhold the acknowledgement of {param=Done}; pieces are still acknowledged.")},
+         flag(&options, &SimOptions::finalAck, false)},
+        {{QStringLiteral("junk"), QStringLiteral("Put random non-JSON bytes between reply frames.")},
+         flag(&options, &SimOptions::junk)},
+        {{QStringLiteral("drop-after"),
+          QStringLiteral("Close a command connection after it has sent n commands (default 0: never)."),
+          QStringLiteral("n"), QStringLiteral("0")},
+         count(&options, &SimOptions::dropAfter, "command")},
+        {{QStringLiteral("broadcast"),
+          QStringLiteral("Send every reply to all connected clients, like a matrix with several control panels.")},
+         flag(&options, &SimOptions::broadcast)},
+        {{QStringLiteral("verbose"),
+          QStringLiteral("Log every received command to stderr, and after it, on a line of its own, "
+                         "any state it changed that no reply reports (patterns, mute, audio mode, EDID, "
+                         "uploaded pictures with their BMP size and bit depth).")},
+         flag(&options, &SimOptions::verbose)},
+        {{QStringLiteral("save-uploads"),
+          QStringLiteral("Write every finished upload to dir (created if missing), one file each, named "
+                         "kind-port-sequence: osd-3-0001.bmp, caption-2-0002.bmp, edid-4-0003.bin "
+                         "(.bin for bytes that are not a BMP). Numbering goes on after files already there."),
+          QStringLiteral("dir")},
+         [&options](const QString &value, bool isSet) {
+             options.saveUploadsDir = value;
+             return isSet && options.saveUploadsDir.isEmpty()
+                 ? QStringLiteral("--save-uploads needs a folder")
+                 : QString();
+         }},
+        {{QStringLiteral("flood-bytes"),
+          QStringLiteral("Send n random bytes (any value, braces included) on every command connection as soon "
+                         "as it is accepted, as fast as the client reads them; replies are still sent, in between. "
+                         "--verbose logs \"flood: n random bytes sent\" at the end."),
+          QStringLiteral("n"), QStringLiteral("0")},
+         count(&options, &SimOptions::floodBytes, "byte")},
+        {{QStringLiteral("flood-frames"),
+          QStringLiteral("Like --flood-bytes, with n copies of the volume frame back to back "
+                         "(\"flood: n frames sent, b bytes\")."),
+          QStringLiteral("n"), QStringLiteral("0")},
+         [&options, frames = count(&options, &SimOptions::floodFrames, "frame")](const QString &value, bool isSet) {
+             const QString error = frames(value, isSet);
+             if (error.isEmpty() && options.floodBytes > 0 && options.floodFrames > 0)
+                 return QStringLiteral("--flood-bytes and --flood-frames exclude each other");
+             return error;
+         }},
+        {{QStringLiteral("bad-ack"),
+          QStringLiteral("The file port answers every piece, and {param=Done}, with garbage instead of <ACK_1>.")},
+         flag(&options, &SimOptions::badAck)},
+        {{QStringLiteral("silent-file-port"),
+          QStringLiteral("The file port accepts connections and takes bytes but never answers.")},
+         flag(&options, &SimOptions::silentFilePort)},
+        {{QStringLiteral("drop-file-after"),
+          QStringLiteral("Close a file connection, unanswered, once it has received n bytes (default 0: never); "
+                         "bytes beyond n are discarded."),
+          QStringLiteral("n"), QStringLiteral("0")},
+         count(&options, &SimOptions::dropFileAfter, "byte")},
+        {{QStringLiteral("lose-every"),
+          QStringLiteral("Silently ignore every n-th switch command ({param=<i>VIDEO<o>}, AUDIO, IR): neither "
+                         "applied nor answered; --verbose logs it as \"cmd: ... (lost)\" (default 0: never)."),
+          QStringLiteral("n"), QStringLiteral("0")},
+         count(&options, &SimOptions::loseEvery, "command")},
+    };
+    parser.addOptions({hostOption, portOption, modelOption});
+    for (const Row &row : rows)
+        parser.addOption(row.option);
     parser.process(app);
 
-    SimOptions options;
     const QString host = parser.value(hostOption);
     options.host = host == QLatin1String("localhost") ? QHostAddress(QHostAddress::LocalHost) : QHostAddress(host);
     if (options.host.isNull())
@@ -109,31 +160,12 @@ int main(int argc, char *argv[])
     if (!model)
         return fail(QStringLiteral("unknown model %1 (ORXM200 or ORXM100)").arg(parser.value(modelOption)));
     options.model = *model;
-    options.dropAfter = parser.value(dropAfterOption).toInt(&ok);
-    if (!ok || options.dropAfter < 0)
-        return fail(QStringLiteral("not a command count: %1").arg(parser.value(dropAfterOption)));
-    options.filePort = !parser.isSet(noFilePortOption);
-    options.finalAck = !parser.isSet(noAckOption);
-    options.junk = parser.isSet(junkOption);
-    options.verbose = parser.isSet(verboseOption);
-    options.broadcast = parser.isSet(broadcastOption);
-    options.saveUploadsDir = parser.value(saveUploadsOption);
-    if (parser.isSet(saveUploadsOption) && options.saveUploadsDir.isEmpty())
-        return fail(QStringLiteral("--save-uploads needs a folder"));
 
-    if (!readCount(parser, floodBytesOption, &options.floodBytes))
-        return fail(QStringLiteral("not a byte count: %1").arg(parser.value(floodBytesOption)));
-    if (!readCount(parser, floodFramesOption, &options.floodFrames))
-        return fail(QStringLiteral("not a frame count: %1").arg(parser.value(floodFramesOption)));
-    if (options.floodBytes > 0 && options.floodFrames > 0)
-        return fail(QStringLiteral("--flood-bytes and --flood-frames exclude each other"));
-    if (!readCount(parser, dropFileAfterOption, &options.dropFileAfter))
-        return fail(QStringLiteral("not a byte count: %1").arg(parser.value(dropFileAfterOption)));
-    options.loseEvery = parser.value(loseEveryOption).toInt(&ok);
-    if (!ok || options.loseEvery < 0)
-        return fail(QStringLiteral("not a command count: %1").arg(parser.value(loseEveryOption)));
-    options.badAck = parser.isSet(badAckOption);
-    options.silentFilePort = parser.isSet(silentFilePortOption);
+    for (const Row &row : rows) {
+        const QString error = row.read(parser.value(row.option), parser.isSet(row.option));
+        if (!error.isEmpty())
+            return fail(error);
+    }
     if (options.badAck && options.silentFilePort)
         return fail(QStringLiteral("--bad-ack and --silent-file-port exclude each other"));
 
