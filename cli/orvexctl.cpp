@@ -117,7 +117,7 @@ void usage()
                  "  edid upload IN FILE     input IN takes FILE as its EDID (file port 6666)\n"
                  "  caption TEXT [--output N]\n"
                  "                          TEXT drawn as the caption picture of output N (default 1)\n"
-                 "  logo OUTPUT FILE        the picture FILE as the OSD logo of port OUTPUT\n"
+                 "  logo OUTPUT FILE        the picture FILE as the OSD logo of output OUTPUT\n"
                  "  watch                   one JSON line per change of the device's state, until SIGINT/SIGTERM\n"
                  "  Ports are 1..9, 1..8 on an ORXM100 (asked for its model first); audio outputs\n"
                  "  101.. are the HDMI audio of outputs 1..; a wrong argument is named and nothing is sent.\n"
