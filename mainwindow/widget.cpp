@@ -130,6 +130,10 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     setResizableFromEdges(10);
     // Where the operator left it; a screen that is gone leaves the window where Qt puts it.
     restoreGeometry(m_settings->windowGeometry());
+    for (int i = 0; i < ui->tabWidget->count(); ++i) {
+        if (i != ui->tabWidget->currentIndex())
+            DeferredLayout::defer(ui->tabWidget->widget(i));
+    }
     show();
 
     if (m_settings->adminFlag() == 0) {

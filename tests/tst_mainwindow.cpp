@@ -42,6 +42,8 @@ private slots:
     void cleanup();
 
     void autoLoginStart_showsConnectedAndTheDeviceState();
+    void everyPage_isLaidOutWhenFirstShown_data();
+    void everyPage_isLaidOutWhenFirstShown();
     void dropOnEachTable_switchesTheDevice_data();
     void dropOnEachTable_switchesTheDevice();
     void joinLayoutButtons_sendModeAndReshapeTheWall_data();
@@ -201,12 +203,42 @@ void tst_MainWindow::autoLoginStart_showsConnectedAndTheDeviceState()
     QCOMPARE(joint->rowCount(), 3);
     QVERIFY(child<QPushButton>("joinBtn6")->isChecked());
 
-    // The Presets page is built when it is first shown.
-    auto *tabs = child<QTabWidget>("tabWidget");
-    QCOMPARE(tabs->tabText(4), QString("Presets"));
+    // Built when first shown (see everyPage_isLaidOutWhenFirstShown).
     QVERIFY(!m_window->findChild<QTableWidget *>("presetTable"));
-    tabs->setCurrentIndex(4);
-    QVERIFY(m_window->findChild<QTableWidget *>("presetTable"));
+}
+
+void tst_MainWindow::everyPage_isLaidOutWhenFirstShown_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("widget");
+    QTest::newRow("joint") << 1 << "Joint" << "joinBtn0";
+    QTest::newRow("audio") << 2 << "Audio" << "audioTable";
+    QTest::newRow("ir") << 3 << "Infared" << "irTable";
+    QTest::newRow("presets") << 4 << "Presets" << "presetTable";
+    QTest::newRow("history") << 5 << "History" << "historyList";
+    QTest::newRow("network") << 6 << "NetWork Setting" << "ipEdit";
+    QTest::newRow("other") << 7 << "OtherSetting" << "languageComboBox";
+    QTest::newRow("about") << 8 << "About" << "fpgaVersionLabel";
+}
+
+// Pages not on show at the start are built or laid out when first opened.
+void tst_MainWindow::everyPage_isLaidOutWhenFirstShown()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, title);
+    QFETCH(QString, widget);
+    auto *tabs = child<QTabWidget>("tabWidget");
+    QCOMPARE(tabs->tabText(tab), title);
+    tabs->setCurrentIndex(tab);
+    auto *shown = m_window->findChild<QWidget *>(widget);
+    QVERIFY(shown);
+    QTRY_VERIFY(shown->isVisible());
+    // Laid out: inside its page, away from the corner an unmanaged widget sits in.
+    const QRect onPage(shown->mapTo(tabs->currentWidget(), QPoint(0, 0)), shown->size());
+    QVERIFY2(tabs->currentWidget()->rect().contains(onPage), qPrintable(widget));
+    QVERIFY(onPage.topLeft() != QPoint(0, 0) || onPage.width() > 200);
+    QVERIFY(!shown->visibleRegion().isEmpty());
 }
 
 void tst_MainWindow::dropOnEachTable_switchesTheDevice_data()
