@@ -18,12 +18,6 @@ public:
     explicit QuitOnSignal(int exitCode = 0, QObject *parent = nullptr);
     ~QuitOnSignal() override;
 
-    bool isActive() const { return m_notifier != nullptr; }
-
-signals:
-    // Before the loops are told to return.
-    void received(int signalNumber);
-
 private:
     void onReadable();
 

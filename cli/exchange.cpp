@@ -1,5 +1,7 @@
 #include "cli/exchange.h"
 
+#include "device/commandtext.h"
+
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QSet>
@@ -16,11 +18,6 @@ void printLine(const QJsonObject &object)
     std::fflush(stdout);  // a pipe is block-buffered: watch's reader needs each line as it comes
 }
 
-int modelPorts(const DeviceRecord &record)
-{
-    return record.modelFlag() == 0 ? 8 : 9;
-}
-
 int exitStatus(Exchange::Outcome outcome)
 {
     return outcome == Exchange::Interrupted ? 0 : ExitFailure;
@@ -31,8 +28,6 @@ Exchange::Exchange(const Target &target)
     , m_deadline(target.deadlineSeconds * 1000, Qt::PreciseTimer)
 {
     m_model.attach(&m_link);
-    QObject::connect(&m_link, &MessageDistance::connectSuccessFulSig, [this] { m_connected = true; });
-    QObject::connect(&m_link, &MessageDistance::connectFailureSig, [this] { m_connected = false; });
     // The link's only word on a failed transfer; its text is meant for the window.
     m_link.setMessagePresenter([this](const QString &, const QString &) { m_uploadFailed = true; });
 }
@@ -75,7 +70,7 @@ Exchange::Outcome Exchange::round(const QList<Reply> &awaited, const std::functi
     if (!m_started) {
         m_started = true;
         m_link.connectToDevice(m_target.host, m_target.port);
-    } else if (m_connected) {
+    } else if (m_link.isConnected()) {
         QTimer::singleShot(0, &loop, sendOnce);
     }
     const int result = loop.exec();
@@ -120,7 +115,7 @@ Exchange::Outcome Exchange::upload(const QString &command, const QByteArray &pay
     if (outcome != Answered)
         return outcome;
     m_uploadFailed = false;
-    m_link.sendFile(command, payload, QStringLiteral("{param=Done}"));
+    m_link.sendFile(command, payload, CommandText::done());
     outcome = waitUntil([this] { return !m_link.isUploading() && !m_link.isAwaitingAck() && m_link.pendingUploads() == 0; },
                         "no acknowledgement from");
     if (outcome == Failed)

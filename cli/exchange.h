@@ -30,7 +30,6 @@ void printLine(const QJsonObject &object);
 
 // Inputs and outputs of each kind; the ORXM100 (model flag 0) has 8, the ORXM200 9.
 constexpr int MaxPorts = 9;
-int modelPorts(const DeviceRecord &record);
 
 // Rounds with the device under one deadline, which also covers connecting (the
 // link retries a refused connection every 2 s on its own): each round sends once
@@ -68,7 +67,6 @@ private:
     QDeadlineTimer m_deadline;
     DeviceModel m_model;
     bool m_started = false;
-    bool m_connected = false;
     bool m_sent = false;
     bool m_uploadFailed = false;
     // Last, so that its worker is joined before anything its replies are queued to goes away.

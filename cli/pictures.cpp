@@ -2,6 +2,7 @@
 // window's own conversion) and goes to the device on the file port.
 #include "cli/verbs.h"
 
+#include "device/commandtext.h"
 #include "dialogs/bitmapconversion.h"
 
 #include <QFont>
@@ -29,8 +30,8 @@ int runPicture(const Target &target, bool caption, int port, const QString &sour
     if (const std::optional<int> refused =
             refuseOutOfModel(exchange, [&](int ports) { return portError(caption ? "--output" : "OUTPUT", port, ports); }))
         return *refused;
-    const QString command = caption ? QStringLiteral("{param=Upload_Subtitle%1}") : QStringLiteral("{param=Upload_OSD%1}");
-    const Exchange::Outcome outcome = exchange.upload(command.arg(port), bytes);
+    const QString command = caption ? CommandText::uploadSubtitle(port) : CommandText::uploadOsd(port);
+    const Exchange::Outcome outcome = exchange.upload(command, bytes);
     if (outcome != Exchange::Answered)
         return exitStatus(outcome);
     printLine({{caption ? "caption" : "logo", port},

@@ -2,6 +2,7 @@
 // then one exchange with the device through the same link and model as the window.
 #include "cli/verbs.h"
 
+#include "device/commandtext.h"
 #include "device/devicestate.h"
 
 #include <QFile>
@@ -279,7 +280,7 @@ int runEdidUpload(const Target &target, int input, const QString &path)
     Exchange exchange(target);
     if (const std::optional<int> refused = refuseOutOfModel(exchange, [&](int ports) { return portError("IN", input, ports); }))
         return *refused;
-    const Exchange::Outcome outcome = exchange.upload(QStringLiteral("{param=Update_EDID%1}").arg(input), edid);
+    const Exchange::Outcome outcome = exchange.upload(CommandText::updateEdid(input), edid);
     if (outcome != Exchange::Answered)
         return exitStatus(outcome);
     printLine({{"edid", input}, {"bytes", edid.size()}});
@@ -291,7 +292,7 @@ std::optional<int> refuseOutOfModel(Exchange &exchange, const std::function<QStr
     const Exchange::Outcome outcome = exchange.round({VersionReply}, [](MessageDistance &link) { link.sendVersionQuery(); });
     if (outcome != Exchange::Answered)
         return exitStatus(outcome);
-    const QString reason = error(modelPorts(exchange.record()));
+    const QString reason = error(DeviceState::modelPorts(exchange.record().modelFlag()));
     if (reason.isEmpty())
         return std::nullopt;
     std::fprintf(stderr, "orvexctl: %s on this %s, nothing sent\n", qPrintable(reason),

@@ -22,13 +22,12 @@ QMap<int, int> intMap(const QJsonObject &reply, const QString &prefix)
     return map;
 }
 
-namespace {
-// Ports of each kind on the model: inputs and outputs alike.
 int modelPorts(int modelFlag)
 {
     return modelFlag == 0 ? 8 : 9;
 }
 
+namespace {
 // A JSON number or a decimal text that is a whole number; false for anything
 // else, so 2.5 or 4294967298 can never be taken for some smaller port.
 bool wholeNumber(const QJsonValue &value, qint64 *number)
@@ -112,12 +111,6 @@ int storeVersion(DeviceRecord *record, const QJsonObject &reply)
     record->setFpgaVersion("FPGA: " + reply.value("FPGA").toVariant().toString());
     record->setMcuVersion("MCU : " + reply.value("MCU").toVariant().toString());
     return flag;
-}
-
-void storeVideoMap(DeviceRecord *record, const QJsonObject &reply)
-{
-    record->setVideoMap(routeMap(reply, "video", record->modelFlag()));
-    record->setJoinMode(reply.value("mode").toVariant().toInt());
 }
 
 void storeNetwork(DeviceRecord *record, const QJsonObject &reply)

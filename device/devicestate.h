@@ -27,11 +27,11 @@ QMap<int, bool> signalMap(const QJsonObject &reply);
 // Stores type and versions; returns the new model flag, or -1 for an unknown type
 // (which keeps the previous model).
 int storeVersion(DeviceRecord *record, const QJsonObject &reply);
-// Stores the video map and the join mode ("mode").
-void storeVideoMap(DeviceRecord *record, const QJsonObject &reply);
 void storeNetwork(DeviceRecord *record, const QJsonObject &reply);
 OverlayRecord overlayFromReply(const QJsonObject &reply);
 
+// Ports of each kind on the model: inputs and outputs alike.
+int modelPorts(int modelFlag);
 // Outputs a joined wall covers in join mode `mode`.
 int jointOutputs(int mode, int modelFlag);
 

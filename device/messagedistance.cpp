@@ -108,7 +108,7 @@ void MessageDistance::connectToDevice(const QString &host, quint16 port)
         m_parser.clear();
     }
     m_commandSocket.connectToHost(host, port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-    m_upload->connectToHost(host);
+    m_upload->connectToHost();
 }
 
 void MessageDistance::closeConnection()

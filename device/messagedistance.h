@@ -29,9 +29,6 @@ public:
     // Time between connection attempts while the command connection is down.
     void setReconnectInterval(int ms);
 
-    // (command text, payload): exactly one of the two is in use.
-    using UploadItem = UploadChannel::Item;
-
     static MessageDistance *instance();
 
     explicit MessageDistance(QObject *parent = nullptr);
@@ -93,7 +90,6 @@ public:
 
     // File uploads over port 6666, carried out by the upload channel.
     static constexpr int PieceSize = UploadChannel::PieceSize;
-    static constexpr int UploadReplyTimeoutMs = UploadChannel::ReplyTimeoutMs;
     void setUploadReplyTimeout(int ms) { m_upload->setReplyTimeout(ms); }
     void sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand);
     void sendDoneCommand();
@@ -107,8 +103,7 @@ public:
     void setMessagePresenter(MessagePresenter presenter) { m_presentMessage = std::move(presenter); }
     void showMessage(const QString &text, const QString &title);
 
-    // Items waiting for the file connection; drained one per connect.
-    void enqueueUpload(const UploadItem &item) { m_upload->enqueue(item); }
+    // Items of a transfer not yet sent.
     int pendingUploads() const { return m_upload->pendingItems(); }
     bool isUploading() const { return m_upload->isUploading(); }
     bool isAwaitingAck() const { return m_upload->isAwaitingAck(); }

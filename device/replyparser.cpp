@@ -377,14 +377,6 @@ ReplySignals ReplyParser::routeWords(unsigned words)
     return result;
 }
 
-ParsedReply ReplyParser::decode(const QByteArray &rawFrame)
-{
-    const ParsedReply reply = decodeQuietly(rawFrame);
-    if (!reply.ok)
-        logBadFrame(reply, 1);
-    return reply;
-}
-
 void ReplyParser::logBadFrame(const ParsedReply &reply, int inARow)
 {
     QDebug line = qDebug();

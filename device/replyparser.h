@@ -90,8 +90,6 @@ public:
     // Building blocks, shared with tools that replay captured replies.
     static QByteArray repair(const QByteArray &frame);
     static ReplySignals route(const QByteArray &frame);
-    // Logs a frame that does not decode.
-    static ParsedReply decode(const QByteArray &rawFrame);
 
 private:
     static ParsedReply decodeQuietly(const QByteArray &rawFrame);

@@ -30,16 +30,15 @@ UploadChannel::~UploadChannel()
     m_socket.disconnect(this);
 }
 
-void UploadChannel::connectToHost(const QString &host)
+void UploadChannel::connectToHost()
 {
-    m_host = host;
-    m_socket.connectToHost(host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+    m_socket.connectToHost(m_link->host(), FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
 }
 
 void UploadChannel::reconnect()
 {
     m_socket.abort();
-    m_socket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+    connectToHost();
 }
 
 void UploadChannel::onConnected()
@@ -188,7 +187,7 @@ void UploadChannel::endTransfer()
 void UploadChannel::sendUploadCommand(int target)
 {
     if (!isConnected()) {
-        m_socket.connectToHost(m_host, FilePort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+        connectToHost();
         return;
     }
     const QString text = CommandText::uploadOsd(target);

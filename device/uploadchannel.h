@@ -32,7 +32,8 @@ public:
     explicit UploadChannel(MessageDistance *link);
     ~UploadChannel() override;
 
-    void connectToHost(const QString &host);
+    // Dials the link's device on the file port.
+    void connectToHost();
     void abort() { m_socket.abort(); }
     void close() { m_socket.close(); }
     // Drops whatever is left of the connection and dials again.
@@ -44,7 +45,6 @@ public:
     void sendUploadCommand(int target);
     void sendImage(const QByteArray &bitmap);
 
-    void enqueue(const Item &item) { m_queue.append(item); }
     int pendingItems() const { return m_queue.size(); }
     bool isUploading() const { return m_uploading; }
     bool isAwaitingAck() const { return m_awaitingAck; }
@@ -65,7 +65,6 @@ private:
 
     MessageDistance *m_link;
     QTcpSocket m_socket;
-    QString m_host;
     QList<Item> m_queue;
     bool m_uploading = false;
     bool m_awaitingAck = false;
