@@ -38,8 +38,6 @@ public:
     QByteArray outputEdid(int output) const { return m_state.outputEdid(output); }
     QByteArray lastUpload(UploadKind kind, int port) const { return m_uploads.lastUpload(kind, port); }
 
-    static quint32 crc32(const QByteArray &bytes);
-
 private:
     SimState m_state;
     UploadReceiver m_uploads;

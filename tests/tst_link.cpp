@@ -72,7 +72,8 @@ private slots:
         device.reply(R"({"Volume1":2} )");
         QVERIFY(recorder.waitFor("receiveVolumnImformationSig", 3));
         device.reply(R"({"Volume1":)");
-        QVERIFY(!recorder.waitFor("receiveVolumnImformationSig", 4, 50)); // half a reply is no reply
+        QTRY_COMPARE(link.bufferedBytes(), 11); // half a reply is held, not taken as a frame
+        QCOMPARE(recorder.names().count("receiveVolumnImformationSig"), 3);
         device.reply(R"(3})");
         QVERIFY(recorder.waitFor("receiveVolumnImformationSig", 4));
         QCOMPARE(recorder.lastObject("receiveVolumnImformationSig").value("Volume1").toInt(), 3);

@@ -28,6 +28,12 @@ Outcome runCtl(const QStringList &arguments)
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
+// The options that aim a run at an emulator.
+QStringList aimedAt(const SimProcess &sim)
+{
+    return {"--host", sim.host(), "--port", QString::number(sim.port())};
+}
+
 // A value of the printed line by path, e.g. "video/9"; invalid when absent.
 QVariant at(const QJsonObject &line, const QString &path)
 {
@@ -186,7 +192,7 @@ private slots:
     {
         SimProcess sim;
         QVERIFY(sim.start("127.0.0.77", {"--model", "ORXM100", "--verbose"}));
-        const Outcome run = runCtl({"--host", sim.host(), "--port", QString::number(sim.port()), "route", "3", "9"});
+        const Outcome run = runCtl(aimedAt(sim) + QStringList{"route", "3", "9"});
         QCOMPARE(run.exitCode, 2);
         QCOMPARE(run.err, QByteArray("orvexctl: OUTPUT 9 is not an output (1..8) on this ORXM100, nothing sent\n"));
         QTRY_COMPARE(sim.commandLog(), QByteArray("cmd: {param=version}\n"));
@@ -216,7 +222,7 @@ private slots:
     {
         SimProcess sim;
         QVERIFY(sim.start("127.0.0.103", {"--lose-every", "2", "--verbose"}));
-        const QStringList route{"--host", sim.host(), "--port", QString::number(sim.port()), "route"};
+        const QStringList route = aimedAt(sim) + QStringList{"route"};
         QCOMPARE(runCtl(route + QStringList{"3", "5"}).exitCode, 0);
         const Outcome lost = runCtl(route + QStringList{"4", "6"});
         QCOMPARE(lost.exitCode, 3);
@@ -231,9 +237,8 @@ private slots:
     {
         SimProcess sim; // --broadcast: the watching client hears the replies to another
         QVERIFY(sim.start("127.0.0.104", {"--broadcast"}));
-        const QStringList to{"--host", sim.host(), "--port", QString::number(sim.port())};
         QProcess watch;
-        watch.start(ORVEXCTL_PATH, to + QStringList{"watch"});
+        watch.start(ORVEXCTL_PATH, aimedAt(sim) + QStringList{"watch"});
         QByteArray out;
         auto printed = [&](const QByteArray &text) {
             return QTest::qWaitFor([&] {
@@ -243,7 +248,7 @@ private slots:
             }, 5000);
         };
         QVERIFY(printed("{\"volume\":")); // the last answer of the first refresh
-        QCOMPARE(runCtl(to + QStringList{"route", "3", "5"}).exitCode, 0);
+        QCOMPARE(runCtl(aimedAt(sim) + QStringList{"route", "3", "5"}).exitCode, 0);
         QVERIFY2(printed("\"5\":3"), out.constData());
         const QJsonObject change = QJsonDocument::fromJson(out.trimmed().split('\n').last()).object();
         QCOMPARE(change.keys(), QStringList{"video"});

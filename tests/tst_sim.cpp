@@ -93,7 +93,7 @@ private slots:
             [](const SimDevice &d) { return QString("%1 %2 %3 %4").arg(d.inputPattern(2)).arg(d.outputPattern(3))
                                          .arg(d.audioMode(4)).arg(d.audioMode(104)).toLatin1(); }, "11 5 1 0");
         row("edid: copy of an output's", {"{param=Copy_EDID2/5}"}, "",
-            "edid 2: 128 bytes, crc32 " + QByteArray::number(SimDevice::crc32(SimDevice().outputEdid(5)), 16).rightJustified(8, '0') + ", copy of output 5\n",
+            "edid 2: 128 bytes, crc32 2709a2b8, copy of output 5\n",
             [](const SimDevice &d) { return QByteArray::number(d.inputEdid(2) == d.outputEdid(5) && d.outputEdid(5) != d.outputEdid(4)); }, "1");
         // The application sends the announcement and the first piece together: either may arrive first.
         row("edid: upload is the transfer up to Done, an empty one keeps the old", {"123", "{param=Update_EDID3}", "456789",
