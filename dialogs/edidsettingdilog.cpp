@@ -1,5 +1,6 @@
 #include "dialogs/edidsettingdilog.h"
 
+#include "device/commandtext.h"
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
 #include "dialogs/msgdlg.h"
@@ -72,7 +73,7 @@ void EdidSettingDilog::on_UploadBtn_clicked()
         return;
     }
     // Sent as it is: the device judges the content.
-    m_link->sendFile(QString("{param=Update_EDID%1}").arg(m_port), file.readAll(), "{param=Done}");
+    m_link->sendFile(CommandText::updateEdid(m_port), file.readAll(), CommandText::done());
 }
 
 void EdidSettingDilog::on_btnClose_clicked() { done(0); }

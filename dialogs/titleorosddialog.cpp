@@ -1,5 +1,6 @@
 #include "dialogs/titleorosddialog.h"
 
+#include "device/commandtext.h"
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
 #include "dialogs/bitmapconversion.h"
@@ -239,16 +240,15 @@ void TitleOrOsdDialog::upload(const QString &bitmapPath, bool renderedText)
             MsgDlg::showMessage(tr("台标字幕文件大小不能超过4K!"), tr("错误"), this);
             return;
         }
-        m_link->sendFile(QString("{param=Upload_OSD%1}").arg(m_target), BitmapConversion::encodedBmp(bitmapPath),
-                         "{param=Done}");
+        m_link->sendFile(CommandText::uploadOsd(m_target), BitmapConversion::encodedBmp(bitmapPath), CommandText::done());
         return;
     }
     if (!m_link->isUploadConnected()) {
         MsgDlg::showMessage(tr("传输文件端口连接发生错误！"), tr("NetWork Error"), this);
         return;
     }
-    m_link->sendFile(QString("{param=Upload_Subtitle%1}").arg(m_outputs->currentData().toInt()),
-                     BitmapConversion::encodedBmp(bitmapPath), "{param=Done}");
+    m_link->sendFile(CommandText::uploadSubtitle(m_outputs->currentData().toInt()), BitmapConversion::encodedBmp(bitmapPath),
+                     CommandText::done());
 }
 
 void TitleOrOsdDialog::on_speedSplider_sliderReleased()
