@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QListWidget>
+#include "device/routeconfirmer.h"
 
-class RouteConfirmer;
+#include <QListWidget>
 
 // The route changes since the application started, newest first: from this
 // window or seen in the device's reports.
@@ -14,7 +14,9 @@ public:
     HistoryPage(RouteConfirmer *confirmer, QWidget *parent = nullptr);
 
 private:
-    void refill();
+    // Each recorded change adds one line on top; the oldest goes past the limit.
+    void addNewest();
+    static QString describe(const RouteConfirmer::Change &change);
 
     RouteConfirmer *m_confirmer;
 };

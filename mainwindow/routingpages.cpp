@@ -179,6 +179,15 @@ void RoutingPages::buildGrid(TableWidget *table)
         table->buildGrid(3, 3);  // the ninth cell depends on the model
 }
 
+void RoutingPages::buildShownGrids()
+{
+    const QList<TableWidget *> waiting = m_unbuilt;
+    for (TableWidget *table : waiting) {
+        if (isShown(table))
+            buildGrid(table);
+    }
+}
+
 void RoutingPages::buildHiddenGrids()
 {
     m_hiddenGridsWelcome = true;
@@ -283,13 +292,6 @@ void RoutingPages::rebuildSignalList()
 
 void RoutingPages::refreshSignalPresence()
 {
-    // Also called when the page changes: a page shown for the first time gets its grid.
-    for (TableWidget *table : m_unbuilt) {
-        if (isShown(table)) {
-            buildGrid(table);
-            break;
-        }
-    }
     // The audio page lists the audio entries, every other page the inputs.
     m_views.list->updateStateMarks(m_views.tabs->currentIndex() == AudioPage ? 0 : 1, m_model->record().inputSignalMap());
     refillAllTables();

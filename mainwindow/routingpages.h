@@ -51,6 +51,8 @@ public:
     // follow when their page is first shown. Called once the device has been asked
     // for its state, so that building them does not hold up the first query.
     void buildHiddenGrids();
+    // A page shown for the first time before that gets its grids now.
+    void buildShownGrids();
     // Offline, the grids look inactive and refuse drops.
     void setOnline(bool online);
     RouteConfirmer *confirmer() const { return m_confirmer; }

@@ -131,7 +131,8 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     // Where the operator left it; a screen that is gone leaves the window where Qt puts it.
     restoreGeometry(m_settings->windowGeometry());
     for (int i = 0; i < ui->tabWidget->count(); ++i) {
-        if (i != ui->tabWidget->currentIndex())
+        // The Presets page has nothing to lay out until it is built.
+        if (i != ui->tabWidget->currentIndex() && ui->tabWidget->widget(i) != m_presetsPage)
             DeferredLayout::defer(ui->tabWidget->widget(i));
     }
     show();
@@ -357,6 +358,7 @@ void Widget::refrenshSignalSlot() { m_pages->rebuildSignalList(); }
 
 void Widget::tabChanged(int index)
 {
+    m_pages->buildShownGrids();
     m_pages->refreshSignalPresence();
     const bool settingsPage = m_settingsTabs.contains(ui->tabWidget->widget(index));
     // A style sheet set on the tab widget polishes every page again: only when it changes.
