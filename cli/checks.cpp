@@ -2,6 +2,7 @@
 // anything is sent, and the first wrong one is named. Ports are checked against
 // the largest model here, and against the device's own model once connected.
 #include "cli/verbs.h"
+#include "device/commandtext.h"
 
 #include <QFileInfo>
 
@@ -145,8 +146,8 @@ VerbCheck checkVerb(const QString &verb, const QStringList &arguments, const Ver
     } else if (verb == "resolution") {
         const int port = c.value(0, "PORT", 1, MaxPorts);
         const QString text = arguments[1];
-        if (!Resolutions.contains(text))
-            c.fail(QStringLiteral("TEXT %1 is not a resolution the device takes (%2)").arg(text, Resolutions.join(' ')));
+        if (!CommandText::resolutions().contains(text))
+            c.fail(QStringLiteral("TEXT %1 is not a resolution the device takes (%2)").arg(text, CommandText::resolutions().join(' ')));
         check.run = [=](const Target &target) { return runResolution(target, port, text); };
     } else if (verb == "edid") {
         const int input = c.value(1, "IN", 1, MaxPorts);

@@ -53,7 +53,6 @@ int runEdidUpload(const Target &target, int input, const QString &path);
 int runPicture(const Target &target, bool caption, int port, const QString &source);
 int runWatch(const Target &target);
 
-extern const QStringList Resolutions;
 constexpr int Presets = 16;
 constexpr int MaxPattern = 11;
 constexpr int MaxVolume = 100;

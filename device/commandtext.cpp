@@ -81,6 +81,17 @@ QString volumeQuery() { return wrap("Get_Volume"); }
 QString eraseOsd() { return wrap("EraseOSD"); }
 QString eraseSubtitle() { return wrap("EraseSubtitle"); }
 
+const QStringList &resolutions()
+{
+    static const QStringList list = {
+        "800x600x60Hz",   "1024x768x60Hz",  "1280x720x50Hz",  "1280x720x60Hz",  "1280x768x60Hz",  "1280x800x60Hz",
+        "1280x960x60Hz",  "1280x1024x60Hz", "1360x768x60Hz",  "1366x768x60Hz",  "1440x900x60Hz",  "1600x900x60Hz",
+        "1600x1200x60Hz", "1920x540x50Hz",  "1920x540x60Hz",  "1920x1080x30Hz", "1920x1080x50Hz", "1920x1080x60Hz",
+        "1920x1200x60Hz", "3840x2160x30Hz", "4096x2160x30Hz", "3840x2160x60Hz", "4096x2160x60Hz",
+    };
+    return list;
+}
+
 QString portResolution(int port, const QString &resolution)
 {
     // The "!" before the brace is part of the command.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 // The texts of the device's command set. Every command is "{param=...}" with
 // integers in plain decimal and strings inserted as given, unescaped.
@@ -44,6 +45,8 @@ QString volumeQuery();
 QString eraseOsd();
 QString eraseSubtitle();
 QString portResolution(int port, const QString &resolution);
+// The output timings the device takes, in the order the resolution dialog offers them.
+const QStringList &resolutions();
 QString analogSelect(int port, int source);
 QString uploadOsd(int target);
 QString done();

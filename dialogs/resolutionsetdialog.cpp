@@ -1,18 +1,12 @@
 #include "dialogs/resolutionsetdialog.h"
 
+#include "device/commandtext.h"
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-
-const QStringList ResolutionSetDialog::Resolutions = {
-    "800x600x60Hz",   "1024x768x60Hz",  "1280x720x50Hz",  "1280x720x60Hz",  "1280x768x60Hz",  "1280x800x60Hz",
-    "1280x960x60Hz",  "1280x1024x60Hz", "1360x768x60Hz",  "1366x768x60Hz",  "1440x900x60Hz",  "1600x900x60Hz",
-    "1600x1200x60Hz", "1920x540x50Hz",  "1920x540x60Hz",  "1920x1080x30Hz", "1920x1080x50Hz", "1920x1080x60Hz",
-    "1920x1200x60Hz", "3840x2160x30Hz", "4096x2160x30Hz", "3840x2160x60Hz", "4096x2160x60Hz",
-};
 
 ResolutionSetDialog::ResolutionSetDialog(int port, int input, const DeviceModel *model, MessageDistance *link,
                                          QWidget *parent)
@@ -22,7 +16,7 @@ ResolutionSetDialog::ResolutionSetDialog(int port, int input, const DeviceModel 
     , m_combo(new QComboBox(this))
 {
     m_combo->setObjectName("comboBox");
-    m_combo->addItems(Resolutions);
+    m_combo->addItems(CommandText::resolutions());
     m_combo->setMinimumWidth(260);
     auto *row = new QHBoxLayout;
     row->addWidget(new QLabel(tr("Resolution"), this));

@@ -15,9 +15,6 @@ class ResolutionSetDialog : public SettingDialog
     Q_OBJECT
 
 public:
-    // The texts offered, in the device's order (which is not sorted).
-    static const QStringList Resolutions;
-
     // `port` is the output, or -1 for input `input`.
     ResolutionSetDialog(int port, int input, const DeviceModel *model, MessageDistance *link,
                         QWidget *parent = nullptr);
