@@ -10,9 +10,7 @@
 
 #include <limits>
 
-namespace {
-
-std::optional<int> number(const QString &text, int min, int max = std::numeric_limits<int>::max())
+std::optional<int> numberIn(const QString &text, int min, int max)
 {
     bool ok = false;
     const int value = text.toInt(&ok);
@@ -20,6 +18,8 @@ std::optional<int> number(const QString &text, int min, int max = std::numeric_l
         return std::nullopt;
     return value;
 }
+
+namespace {
 
 // The verb's positional arguments: how many, and their names for the messages.
 struct Shape
@@ -51,7 +51,7 @@ public:
     int value(int index, const QString &name, int min, int max = std::numeric_limits<int>::max())
     {
         const QString text = m_arguments.value(index);
-        const std::optional<int> parsed = number(text, min, max);
+        const std::optional<int> parsed = numberIn(text, min, max);
         if (!parsed && m_error.isEmpty()) {
             bool isNumber = false;
             text.toInt(&isNumber);
@@ -78,6 +78,11 @@ private:
 };
 
 } // namespace
+
+bool isDeviceVerb(const QString &verb)
+{
+    return std::any_of(Shapes.begin(), Shapes.end(), [&](const Shape &shape) { return shape.verb == verb; });
+}
 
 VerbCheck checkVerb(const QString &verb, const QStringList &arguments, const VerbOptions &options)
 {

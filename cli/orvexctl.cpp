@@ -126,15 +126,6 @@ void usage()
                  DefaultDeadlineSeconds);
 }
 
-std::optional<int> positiveNumber(const QString &text, int max)
-{
-    bool ok = false;
-    const int value = text.toInt(&ok);
-    if (!ok || value < 1 || value > max)
-        return std::nullopt;
-    return value;
-}
-
 // Empty for bad arguments, with the reason in *error (and *showUsage when the
 // command line's shape is wrong rather than one of its values).
 std::optional<Invocation> parseArguments(const QStringList &arguments, QString *error, bool *showUsage)
@@ -178,7 +169,7 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, QString *
         *error = QStringLiteral("%1 needs --host").arg(command);
         return std::nullopt;
     }
-    const std::optional<int> portNumber = positiveNumber(parser.value(port), 65535);
+    const std::optional<int> portNumber = numberIn(parser.value(port), 1, 65535);
     if (!portNumber) {
         *error = parser.isSet(port) ? QStringLiteral("--port %1 is not a port number (1..65535)").arg(parser.value(port))
                                     : QStringLiteral("%1 needs --port").arg(command);
@@ -186,7 +177,7 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, QString *
     }
     invocation.target = {parser.value(host), quint16(*portNumber)};
     if (parser.isSet(timeout)) {
-        const std::optional<int> seconds = positiveNumber(parser.value(timeout), 3600);
+        const std::optional<int> seconds = numberIn(parser.value(timeout), 1, 3600);
         if (!seconds) {
             *error = QStringLiteral("--timeout %1 is not a number of seconds (1..3600)").arg(parser.value(timeout));
             return std::nullopt;

@@ -292,13 +292,6 @@ std::optional<int> refuseOutOfModel(Exchange &exchange, const std::function<QStr
     return ExitFailure;
 }
 
-bool isDeviceVerb(const QString &verb)
-{
-    static const QStringList verbs{"status", "route", "preset", "volume", "mute", "pattern", "resolution",
-                                   "edid", "caption", "logo", "watch"};
-    return verbs.contains(verb);
-}
-
 bool needsGui(const QString &verb)
 {
     return verb == "caption" || verb == "logo";

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <limits>
 #include <optional>
 
 // Options that belong to one verb only; the command line accepts them anywhere.
@@ -26,7 +27,10 @@ struct VerbCheck
     bool showUsage = false;  // the command line's shape is wrong, not one of its values
 };
 
+// The verbs that talk to a device (checks.cpp).
 bool isDeviceVerb(const QString &verb);
+// `text` as a whole number in min..max, or nothing.
+std::optional<int> numberIn(const QString &text, int min, int max = std::numeric_limits<int>::max());
 // caption and logo draw pictures, which needs a (display-free) QGuiApplication.
 bool needsGui(const QString &verb);
 // `arguments` are the ones after the verb (checks.cpp).
