@@ -124,16 +124,8 @@ namespace {
 // The first output the switch should have changed and did not; 0 when it took.
 int unswitchedOutput(const RouteKind &route, int input, int output, const DeviceRecord &record)
 {
-    const QMap<int, int> map = &route == &AudioRoute ? record.audioMap()
-                               : &route == &IrRoute  ? record.irMap()
-                                                     : record.videoMap();
-    QList<int> outputs{output};
-    if (&route == &WallRoute) {
-        outputs.clear();
-        for (int k = 1; k <= DeviceState::jointOutputs(record.joinMode(), record.modelFlag()); ++k)
-            outputs << k;
-    }
-    for (int k : outputs) {
+    const QMap<int, int> map = DeviceState::routesOf(record, route.kind);
+    for (int k : DeviceState::switchedOutputs(record, route.kind, output)) {
         if (map.value(k, -1) != input)
             return k;
     }

@@ -114,17 +114,12 @@ void DeviceModel::applyOsd(int port, const QJsonObject &reply)
 
 void DeviceModel::recordSwitch(int input, int output, int kind)
 {
-    QMap<int, int> video = m_record->videoMap();
-    if (kind == Video) {
-        video.insert(output, input);
-    } else if (kind == Wall) {
-        // The whole joined wall shows the one input.
-        const int outputs = DeviceState::jointOutputs(m_record->joinMode(), m_record->modelFlag());
-        for (int k = 1; k <= outputs; ++k)
-            video.insert(k, input);
-    } else {
+    if (kind != Video && kind != Wall)
         return;  // audio and IR cells wait for the device's map
-    }
+    // The whole joined wall shows the one input.
+    QMap<int, int> video = m_record->videoMap();
+    for (int k : DeviceState::switchedOutputs(*m_record, kind, output))
+        video.insert(k, input);
     setVideoMap(video);
 }
 

@@ -1,5 +1,7 @@
 #include "device/devicestate.h"
 
+#include "device/devicemodel.h"
+
 #include <QDebug>
 #include <QJsonArray>
 #include <QRegularExpression>
@@ -151,6 +153,21 @@ int jointOutputs(int mode, int modelFlag)
     if (mode == 6)
         return modelFlag == 1 ? 9 : 8;
     return 0;
+}
+
+QMap<int, int> routesOf(const DeviceRecord &record, int kind)
+{
+    return kind == DeviceModel::Audio ? record.audioMap() : kind == DeviceModel::Ir ? record.irMap() : record.videoMap();
+}
+
+QList<int> switchedOutputs(const DeviceRecord &record, int kind, int output)
+{
+    if (kind != DeviceModel::Wall)
+        return {output};
+    QList<int> outputs;
+    for (int n = 1; n <= jointOutputs(record.joinMode(), record.modelFlag()); ++n)
+        outputs << n;
+    return outputs;
 }
 
 namespace {

@@ -34,6 +34,10 @@ OverlayRecord overlayFromReply(const QJsonObject &reply);
 int modelPorts(int modelFlag);
 // Outputs a joined wall covers in join mode `mode`.
 int jointOutputs(int mode, int modelFlag);
+// For a switch of `kind` (DeviceModel::SwitchKind): the map it changes (the wall's
+// is the video map), and the outputs it covers (the wall covers every joined one).
+QMap<int, int> routesOf(const DeviceRecord &record, int kind);
+QList<int> switchedOutputs(const DeviceRecord &record, int kind, int output);
 
 // The whole record as one JSON object, for tools.
 QJsonObject toJson(const DeviceRecord &record);

@@ -43,24 +43,15 @@ RouteConfirmer::RouteConfirmer(DeviceModel *model, MessageDistance *link, QObjec
 
 int RouteConfirmer::reported(int kind, int output) const
 {
-    const DeviceRecord &record = m_model->record();
-    const QMap<int, int> map = kind == DeviceModel::Audio ? record.audioMap()
-                               : kind == DeviceModel::Ir  ? record.irMap()
-                                                          : record.videoMap();
-    return map.value(output, 0);
+    return DeviceState::routesOf(m_model->record(), kind).value(output, 0);
 }
 
 void RouteConfirmer::switched(int input, int output, int kind)
 {
-    QList<int> outputs{output};
-    if (kind == DeviceModel::Wall) {
-        // The wall's one picture covers every joined output.
+    // The wall's one picture covers every joined output of the video layer.
+    const QList<int> outputs = DeviceState::switchedOutputs(m_model->record(), kind, output);
+    if (kind == DeviceModel::Wall)
         kind = DeviceModel::Video;
-        outputs.clear();
-        const int joined = DeviceState::jointOutputs(m_model->record().joinMode(), m_model->record().modelFlag());
-        for (int n = 1; n <= joined; ++n)
-            outputs << n;
-    }
     for (int out : qAsConst(outputs)) {
         const int previous = m_pending.contains(key(kind, out)) ? m_pending.value(key(kind, out)).previous
                                                                 : reported(kind, out);
@@ -74,9 +65,7 @@ void RouteConfirmer::mapArrived(int kind)
 {
     const DeviceRecord &device = m_model->record();
     QMap<int, int> &last = kind == DeviceModel::Audio ? m_lastAudio : kind == DeviceModel::Ir ? m_lastIr : m_lastVideo;
-    const QMap<int, int> now = kind == DeviceModel::Audio ? device.audioMap()
-                               : kind == DeviceModel::Ir  ? device.irMap()
-                                                          : device.videoMap();
+    const QMap<int, int> now = DeviceState::routesOf(device, kind);
     bool changed = false;
     for (auto it = now.begin(); it != now.end(); ++it) {
         const int output = it.key();

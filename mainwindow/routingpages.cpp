@@ -2,6 +2,7 @@
 
 #include "device/devicemodel.h"
 #include "device/devicerecord.h"
+#include "device/devicestate.h"
 #include "device/messagedistance.h"
 #include "device/routeconfirmer.h"
 #include "mainwindow/listwidget.h"
@@ -199,9 +200,9 @@ void RoutingPages::buildHiddenGrids()
 void RoutingPages::refillTable(TableWidget *table)
 {
     const DeviceRecord &record = m_model->record();
-    const bool audio = table == m_views.audio || table == m_views.hdmiAudio;
-    const QMap<int, int> routes = audio ? record.audioMap() : table == m_views.ir ? record.irMap() : record.videoMap();
-    const QMap<int, QString> names = m_names->names(audio ? PortNames::AudioInput : PortNames::VideoInput);
+    const int kind = kindOf(table) == DeviceModel::Wall ? DeviceModel::Video : kindOf(table);
+    const QMap<int, int> routes = DeviceState::routesOf(record, kind);
+    const QMap<int, QString> names = m_names->names(kind == DeviceModel::Audio ? PortNames::AudioInput : PortNames::VideoInput);
     const QMap<int, bool> signalMap = record.inputSignalMap();
     for (int r = 0; r < table->rowCount(); ++r) {
         for (int c = 0; c < table->columnCount(); ++c) {
@@ -210,7 +211,6 @@ void RoutingPages::refillTable(TableWidget *table)
             if (!item || !cell)
                 continue;
             const int key = item->data(TableWidget::OutputKeyRole).toInt();
-            const int kind = kindOf(table) == DeviceModel::Wall ? DeviceModel::Video : kindOf(table);
             // A switch on its way shows where it goes, marked as not yet confirmed.
             const int pending = m_confirmer->pendingInput(kind, key);
             const int input = pending >= 0 ? pending : routes.value(key, 0);
