@@ -63,7 +63,6 @@ PresetsPage::PresetsPage(MessageDistance *link, QWidget *parent)
 {
     setObjectName(QStringLiteral("presetsPage"));
     setStyleSheet(QLatin1String(PageStyle));
-    // A locked or unreadable file has already been reported by the window's account check.
     PresetNames::createTable();
 
     m_hint->setObjectName(QStringLiteral("presetHint"));

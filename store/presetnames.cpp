@@ -1,13 +1,11 @@
 #include "store/presetnames.h"
 
-StoreState PresetNames::createTable()
+void PresetNames::createTable()
 {
-    const QString path = databasePath();
-    // Waiting on a locked file and failing would only delay the window.
-    const StoreState state = probeDatabase(path);
-    if (state == StoreState::Readable)
-        executeSql(QStringLiteral("create table if not exists PresetName(Slot integer primary key,Name text)"), path);
-    return state;
+    // On a locked or unreadable file this fails like any statement, logged; the
+    // window's account check has told the operator already.
+    executeSql(QStringLiteral("create table if not exists PresetName(Slot integer primary key,Name text)"),
+               databasePath());
 }
 
 QMap<int, QString> PresetNames::load()

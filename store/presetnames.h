@@ -15,8 +15,8 @@ public:
     static constexpr int SlotCount = 16;
 
     // Creates the table when project.db lacks it; the other tables are left as
-    // they are. A locked or unreadable file is left alone; the result says which.
-    static StoreState createTable();
+    // they are.
+    static void createTable();
 
     // Slot -> name, for every slot that has one.
     static QMap<int, QString> load();
