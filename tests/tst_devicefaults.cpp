@@ -1,5 +1,6 @@
 #include "device/commandtext.h"
 #include "device/messagedistance.h"
+#include "linkup.h"
 #include "logcapture.h"
 #include "signalrecorder.h"
 #include "simprocess.h"
@@ -152,10 +153,7 @@ private slots:
             link.setUploadReplyTimeout(timeoutMs);
         QStringList messages;
         link.setMessagePresenter([&](const QString &text, const QString &title) { messages << title + ": " + text; });
-        QSignalSpy connected(&link, &MessageDistance::connectSuccessFulSig);
-        link.connectToDevice(sim.host(), sim.port());
-        QVERIFY(connected.wait(3000));
-        QTRY_VERIFY(link.isUploadConnected());
+        QVERIFY(connectLink(link, sim.host(), sim.port()));
         QElapsedTimer clock;
         clock.start();
         link.sendFile(CommandText::uploadOsd(1), QByteArray(1500, 'a'), CommandText::done());

@@ -2,6 +2,7 @@
 // in-process device: what each control puts on the wire.
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
+#include "linkup.h"
 #include "dialogs/bitmapconversion.h"
 #include "dialogs/edidsettingdilog.h"
 #include "dialogs/graphicstestdialog.h"
@@ -42,14 +43,6 @@ QList<int> whiteRows(const QImage &image)
             rows << white;
     }
     return rows;
-}
-
-// Connects `link` and waits for its command connection and, if the device has one, its file connection.
-bool connectLink(MessageDistance &link, const QString &host, quint16 port, bool filePort = true)
-{
-    QSignalSpy connected(&link, &MessageDistance::connectSuccessFulSig);
-    link.connectToDevice(host, port);
-    return connected.wait() && (!filePort || QTest::qWaitFor([&link] { return link.isUploadConnected(); }));
 }
 
 // The emulator in this process and a link to it: its own file port paces an upload as

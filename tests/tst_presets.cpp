@@ -1,6 +1,7 @@
 // The Presets page against the emulator in this process, and its table in project.db.
 #include "device/devicemodel.h"
 #include "device/messagedistance.h"
+#include "linkup.h"
 #include "mainwindow/presetspage.h"
 #include "simserver.h"
 #include "store/database.h"
@@ -36,9 +37,7 @@ private slots:
         MessageDistance link;
         DeviceModel model;
         model.attach(&link);
-        QSignalSpy connected(&link, &MessageDistance::connectSuccessFulSig);
-        link.connectToDevice("127.0.0.67", device.commandPort());
-        QVERIFY(connected.wait());
+        QVERIFY(connectLink(link, "127.0.0.67", device.commandPort(), false));
         link.sendSwitch(3, 1, DeviceModel::Video);
         QTRY_COMPARE(model.record().videoMap().value(1), 3);
         const QMap<int, int> savedMap = model.record().videoMap();

@@ -1,5 +1,6 @@
 #include "device/commandtext.h"
 #include "device/messagedistance.h"
+#include "linkup.h"
 #include "fakedevice.h"
 #include "simprocess.h"
 
@@ -124,10 +125,7 @@ private slots:
     {
         SimProcess sim;
         QVERIFY(sim.start("127.0.0.58", {"--verbose", "--no-ack"}));
-        QSignalSpy connected(m_link, &MessageDistance::connectSuccessFulSig);
-        m_link->connectToDevice(sim.host(), sim.port());
-        QVERIFY(connected.wait(3000));
-        QTRY_VERIFY(m_link->isUploadConnected());
+        QVERIFY(::connectLink(*m_link, sim.host(), sim.port()));
 
         // Without the final acknowledgement the next logo still goes through: the
         // acknowledgement of its first piece counts.
