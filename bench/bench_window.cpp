@@ -10,6 +10,7 @@
 #include "device/messagedistance.h"
 #include "mainwindow/widget.h"
 #include "resources/guiresources.h"
+#include "simprocess.h"
 #include "store/accountstore.h"
 #include "store/database.h"
 #include "store/portnames.h"
@@ -72,13 +73,6 @@ double percentile(QVector<double> values, double p)
 {
     std::sort(values.begin(), values.end());
     return values.isEmpty() ? 0 : values[qMin(values.size() - 1, int(p * values.size()))];
-}
-
-quint16 freePort(const QHostAddress &host)
-{
-    QTcpServer probe;
-    probe.listen(host, 0);
-    return probe.serverPort();
 }
 
 QJsonObject videoMap(int output5Input)
@@ -199,18 +193,15 @@ int main(int argc, char *argv[])
     AccountStore::loginModel();      // a new file gets its row here
     AccountStore::setLoginModel(1);  // no login: the window starts and connects by itself
 
-    QProcess sim;
-    const quint16 simPort = freePort(SimHost);
-    sim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    sim.start(QCoreApplication::applicationDirPath() + "/orvex-sim",
-              {"--host", SimHost.toString(), "--port", QString::number(simPort)});
-    if (!sim.waitForStarted(3000)) {
+    // Started on a port of its own choosing, and listening once start() returns.
+    SimProcess sim;
+    if (!sim.start(SimHost.toString())) {
         std::fprintf(stderr, "orvex-sim does not start\n");
         return 2;
     }
     QFile ini(dir.filePath("config.ini"));
     ini.open(QIODevice::WriteOnly);
-    ini.write(QString("[NetWork]\nIp=%1\nPort=%2\n[Language]\nlanguage=1\n").arg(SimHost.toString()).arg(simPort).toUtf8());
+    ini.write(QString("[NetWork]\nIp=%1\nPort=%2\n[Language]\nlanguage=1\n").arg(SimHost.toString()).arg(sim.port()).toUtf8());
     ini.close();
 
     Echo echo;
@@ -326,7 +317,7 @@ int main(int argc, char *argv[])
         link.setMessagePresenter([](const QString &text, const QString &) {
             std::fprintf(stderr, "upload message: %s\n", qPrintable(text));
         });
-        link.connectToDevice(SimHost.toString(), simPort);
+        link.connectToDevice(SimHost.toString(), sim.port());
         QTcpSocket peer;
         peer.connectToHost(EchoHost, pacingPeerPort);
         if (!waitFor([&] { return link.isConnected() && link.isUploadConnected(); }, 5000)
@@ -389,7 +380,6 @@ int main(int argc, char *argv[])
         std::printf("RESULT upload_vs_pacing_limit %.2f x (target <= 1.2)\n", logo / limit);
     }
 
-    sim.kill();
-    sim.waitForFinished(3000);
+    sim.stop();
     return 0;
 }
