@@ -2,6 +2,7 @@
 
 #include "device/commandtext.h"
 #include "device/devicemodel.h"
+#include "device/devicestate.h"
 #include "device/messagedistance.h"
 #include "dialogs/msgdlg.h"
 
@@ -22,7 +23,7 @@ EdidSettingDilog::EdidSettingDilog(int port, const DeviceModel *model, MessageDi
 {
     setTitleText(tr("EDID Setting [InChannel%1]").arg(port));
     m_outputs->setObjectName("comboBox");
-    const int outputs = model->record().modelFlag() == 0 ? 8 : 9;
+    const int outputs = DeviceState::modelPorts(model->record().modelFlag());
     for (int n = 1; n <= outputs; ++n)
         m_outputs->addItem(tr("OutPut Port %1").arg(n));
     m_path->setObjectName("lineEdit");

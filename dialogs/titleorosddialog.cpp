@@ -2,6 +2,7 @@
 
 #include "device/commandtext.h"
 #include "device/devicemodel.h"
+#include "device/devicestate.h"
 #include "device/messagedistance.h"
 #include "dialogs/bitmapconversion.h"
 #include "dialogs/msgdlg.h"
@@ -40,7 +41,7 @@ TitleOrOsdDialog::TitleOrOsdDialog(int target, const DeviceModel *model, Message
     , m_link(link)
 {
     setTitleText(m_logoMode ? tr("OSD Setting") : tr("Caption Setting"));
-    buildForm(model);
+    buildForm();
 
     m_fontFamily->setCurrentText("Microsoft YaHei UI");
     m_fontFamily->lineEdit()->setCursorPosition(0);
@@ -51,7 +52,7 @@ TitleOrOsdDialog::TitleOrOsdDialog(int target, const DeviceModel *model, Message
     for (QToolButton *button : {m_bold, m_italic, m_underline})
         button->setCheckable(true);
     m_outputs->clear();
-    const int outputs = model->record().modelFlag() == 0 ? 8 : 9;
+    const int outputs = DeviceState::modelPorts(model->record().modelFlag());
     for (int n = 1; n <= outputs; ++n)
         m_outputs->addItem(tr("Out%1").arg(n), n);
 
@@ -63,9 +64,8 @@ TitleOrOsdDialog::TitleOrOsdDialog(int target, const DeviceModel *model, Message
     QMetaObject::connectSlotsByName(this);
 }
 
-void TitleOrOsdDialog::buildForm(const DeviceModel *model)
+void TitleOrOsdDialog::buildForm()
 {
-    Q_UNUSED(model)
     auto *target = new QHBoxLayout;
     if (m_logoMode) {
         target->addWidget(named(this, "portLabel", new QLabel(tr("[Input%1]").arg(m_target))));
@@ -287,20 +287,20 @@ void TitleOrOsdDialog::on_EraseBtn_clicked()
         m_link->sendEraseSubtitle();
 }
 
-TitleOrOsdDialog::OverlayState TitleOrOsdDialog::readState(const QJsonObject &obj, const char *switchKey,
-                                                           const char *speedKey, const char *backgroundKey)
+OverlayRecord TitleOrOsdDialog::readState(const QJsonObject &obj, const char *switchKey,
+                                         const char *speedKey, const char *backgroundKey)
 {
-    OverlayState state;
+    OverlayRecord state;
     auto flag = [&obj](const char *key, bool fallback) {
         return obj.contains(key) ? obj.value(key).toString() == QLatin1String("true") : fallback;
     };
-    state.on = flag(switchKey, state.on);
+    state.enabled = flag(switchKey, state.enabled);
     state.speed = obj.value(speedKey).toInt(state.speed);
-    state.colour = obj.value("Color").toString(state.colour);
-    state.x = obj.value("Position_x").toInt(state.x);
-    state.y = obj.value("Position_y").toInt(state.y);
-    state.backgroundOn = flag(backgroundKey, state.backgroundOn);
-    state.backgroundColour = obj.value("Bg_Color").toString(state.backgroundColour);
+    state.textColor = obj.value("Color").toString(state.textColor);
+    state.positionX = obj.value("Position_x").toInt(state.positionX);
+    state.positionY = obj.value("Position_y").toInt(state.positionY);
+    state.backgroundEnabled = flag(backgroundKey, state.backgroundEnabled);
+    state.backgroundColor = obj.value("Bg_Color").toString(state.backgroundColor);
     state.direction = obj.value("Move_dir").toString(state.direction);
     return state;
 }
@@ -317,19 +317,19 @@ void TitleOrOsdDialog::receiveTitleImfSlot(const QJsonObject &obj)
     showState(readState(obj, "Switch", "Speed", "Bg_switch"));
 }
 
-void TitleOrOsdDialog::showState(const OverlayState &state)
+void TitleOrOsdDialog::showState(const OverlayRecord &state)
 {
     // Showing the device's state must not send it back.
     const QSignalBlocker blockShow(m_show), blockSpeed(m_speed), blockX(m_x), blockY(m_y),
         blockBackground(m_backgroundSwitch), blockDirection(m_direction);
-    m_show->setChecked(state.on);
+    m_show->setChecked(state.enabled);
     m_speed->setValue(state.speed);
     m_speedValue->setText(QString("%1").arg(state.speed));
-    m_colour->setStyleSheet(QString("background:rgb(%1)").arg(state.colour));
-    m_x->setText(QString::number(state.x));
-    m_y->setText(QString::number(state.y));
-    m_backgroundSwitch->setChecked(state.backgroundOn);
-    m_backgroundColour->setStyleSheet(QString("background:rgb(%1)").arg(state.backgroundColour));
+    m_colour->setStyleSheet(QString("background:rgb(%1)").arg(state.textColor));
+    m_x->setText(QString::number(state.positionX));
+    m_y->setText(QString::number(state.positionY));
+    m_backgroundSwitch->setChecked(state.backgroundEnabled);
+    m_backgroundColour->setStyleSheet(QString("background:rgb(%1)").arg(state.backgroundColor));
     if (state.direction == QLatin1String("left"))
         m_direction->button(0)->setChecked(true);
     else if (state.direction == QLatin1String("right"))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/devicerecord.h"
 #include "dialogs/settingdialog.h"
 
 #include <QJsonObject>
@@ -46,21 +47,12 @@ private slots:
     void receiveTitleImfSlot(const QJsonObject &obj);
 
 private:
-    struct OverlayState
-    {
-        bool on = false;
-        int speed = 0;
-        QString colour = "255,255,255";
-        int x = 0;
-        int y = 0;
-        bool backgroundOn = false;
-        QString backgroundColour = "255,255,255";
-        QString direction = "left";
-    };
-    static OverlayState readState(const QJsonObject &obj, const char *switchKey, const char *speedKey,
+    // This reader keeps its own rules (JSON numbers and strings as they come);
+    // the record is the model's, defaults included.
+    static OverlayRecord readState(const QJsonObject &obj, const char *switchKey, const char *speedKey,
                                   const char *backgroundKey);
-    void showState(const OverlayState &state);
-    void buildForm(const DeviceModel *model);
+    void showState(const OverlayRecord &state);
+    void buildForm();
     void sendPosition();
     QColor pickColour(QToolButton *button);
     void upload(const QString &bitmapPath, bool renderedText);
