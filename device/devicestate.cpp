@@ -4,8 +4,8 @@
 
 #include <QDebug>
 #include <QJsonArray>
-#include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 
 namespace DeviceState {
@@ -56,7 +56,9 @@ void reportIgnored(const QString &key, const QJsonValue &value)
 
 QMap<int, int> routeMap(const QJsonObject &reply, const QString &prefix, int modelFlag)
 {
-    static const QRegularExpression digit(QStringLiteral("[0-9]"));
+    const auto hasDigit = [](const QString &text) {
+        return std::any_of(text.begin(), text.end(), [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
+    };
     const int ports = modelPorts(modelFlag);
     QMap<int, int> map;
     for (auto it = reply.begin(); it != reply.end(); ++it) {
@@ -64,7 +66,7 @@ QMap<int, int> routeMap(const QJsonObject &reply, const QString &prefix, int mod
         const QString number = parts.isEmpty() ? QString() : parts.last();
         bool isNumber = false;
         const int output = number.toInt(&isNumber, 10);
-        if (!isNumber && !number.contains(digit)) {
+        if (!isNumber && !hasDigit(number)) {
             // No number at all: port 0, read as it always was.
             map.insert(0, it.value().toVariant().toInt());
             continue;
