@@ -163,7 +163,7 @@ void BaseWidget::paintShadowAround(QWidget *frame)
 void BaseWidget::paintEvent(QPaintEvent *event)
 {
     QWidget::paintEvent(event);
-    if (!m_shadowFrame || isMaximized())
+    if (!m_shadowFrame || m_maximized)
         return;
     // Nine pieces of a small blurred copy of the frame's rounded rectangle: the corners
     // as they are, the edges stretched from their middle line. Along an edge, further
