@@ -47,23 +47,32 @@ private slots:
     {
         QTest::addColumn<QByteArray>("ini");
         QTest::addColumn<QString>("read"); // address:port user language
-        QTest::newRow("fresh install") << QByteArray() << "192.168.1.188:80 ADMIN -1";
+        QTest::addColumn<QString>("warning"); // the log line a value that cannot be used gives
+        QTest::newRow("fresh install") << QByteArray() << "192.168.1.188:80 ADMIN -1" << "";
         QTest::newRow("stored values") << QByteArray("[NetWork]\nIp=10.0.0.5\nPort=5000\n[User]\nUsername=op\n[Language]\nlanguage=1\n")
-                                       << "10.0.0.5:5000 op 1";
-        QTest::newRow("port not a number") << QByteArray("[NetWork]\nPort=abc\n") << "192.168.1.188:80 ADMIN -1";
-        QTest::newRow("port 0") << QByteArray("[NetWork]\nPort=0\n") << "192.168.1.188:80 ADMIN -1";
-        QTest::newRow("empty address") << QByteArray("[NetWork]\nIp=\nPort=23\n") << "192.168.1.188:23 ADMIN -1";
-        QTest::newRow("empty language reads 0") << QByteArray("[Language]\nlanguage=\n") << "192.168.1.188:80 ADMIN 0";
+                                       << "10.0.0.5:5000 op 1" << "";
+        QTest::newRow("port not a number") << QByteArray("[NetWork]\nPort=abc\n") << "192.168.1.188:80 ADMIN -1" << "";
+        QTest::newRow("port 0") << QByteArray("[NetWork]\nPort=0\n") << "192.168.1.188:80 ADMIN -1" << "";
+        // 70000 would wrap to 4464; 65535 is the last port there is.
+        QTest::newRow("port 70000") << QByteArray("[NetWork]\nIp=10.0.0.7\nPort=70000\n") << "10.0.0.7:80 ADMIN -1"
+                                    << "NetWork/Port \"70000\"";
+        QTest::newRow("ip:port") << QByteArray("[NetWork]\nIp=10.0.0.7:6666\nPort=65535\n") << "192.168.1.188:65535 ADMIN -1"
+                                 << "NetWork/Ip \"10.0.0.7:6666\"";
+        QTest::newRow("empty address") << QByteArray("[NetWork]\nIp=\nPort=23\n") << "192.168.1.188:23 ADMIN -1" << "";
+        QTest::newRow("empty language reads 0") << QByteArray("[Language]\nlanguage=\n") << "192.168.1.188:80 ADMIN 0" << "";
     }
 
     void settings_readWithDefaults()
     {
         QFETCH(QByteArray, ini);
+        QFETCH(QString, warning);
         const QString path = m_dir->filePath("config.ini");
         QFile file(path);
         QVERIFY(ini.isEmpty() || (file.open(QIODevice::WriteOnly) && file.write(ini) == ini.size() && file.flush()));
         AppSettings s(path);
         QTEST(QString("%1:%2 %3 %4").arg(s.ip()).arg(s.port()).arg(s.username()).arg(s.language()), "read");
+        if (!warning.isEmpty())
+            QVERIFY2(logLines().join('\n').contains(warning), qPrintable(logLines().join('\n')));
     }
 
 private:

@@ -82,6 +82,36 @@ private slots:
         QCOMPARE(changesDuring(model, [&] { model.apply(kind, reply); }), QStringList());
     }
 
+    void deviceValuesOutsideTheModel_areIgnored_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("reply"); // a video, audio or IR map
+        QTest::addColumn<QString>("kept");  // output:input as the grids get them; each other entry is reported
+        QTest::newRow("inputs 99, 4294967298, \"2.5\"") << "ORXM200" << R"({"video1":9,"video2":99,"video3":4294967298,"video4":"2.5"})" << "1:9";
+        QTest::newRow("input 9 of eight") << "ORXM100" << R"({"video1":8,"video3":9})" << "1:8";
+        QTest::newRow("HDMI audio output 110") << "ORXM200" << R"({"audio109":4,"audio110":4})" << "109:4";
+        QTest::newRow("IR outputs 10, 99999999999") << "ORXM200" << R"({"IR9":0,"IR10":1,"IR99999999999":1})" << "9:0";
+    }
+    void deviceValuesOutsideTheModel_areIgnored()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, reply);
+        QFETCH(QString, kept);
+        DeviceModel model;
+        model.apply(ReplySignal::Version, QJsonObject{{"type", type}});
+        for (int ignored = reply.count(':') - kept.count(':'); ignored > 0; --ignored)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("is not a port of this model, ignored"));
+        const bool video = reply.contains("video"), audio = reply.contains("audio");
+        model.apply(video ? ReplySignal::VideoMap : audio ? ReplySignal::AudioMap : ReplySignal::IrMap,
+                    QJsonDocument::fromJson(reply.toUtf8()).object());
+        const DeviceRecord &r = model.record();
+        const QMap<int, int> map = video ? r.videoMap() : audio ? r.audioMap() : r.irMap();
+        QStringList routes;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            routes << QString("%1:%2").arg(it.key()).arg(it.value());
+        QCOMPARE(routes.join(' '), kept);
+    }
+
     void wallSwitch_routesEveryOutputOfTheLayoutOnce()
     {
         DeviceModel model;

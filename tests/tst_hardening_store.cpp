@@ -16,7 +16,6 @@
 #include "store/portnamestore.h"
 
 #include <QApplication>
-#include <QJsonDocument>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -136,59 +135,6 @@ private slots:
         QCOMPARE(m_messages.size(), 1);
         QVERIFY2(m_messages[0].contains("could not be saved"), qPrintable(m_messages[0]));
         QCOMPARE(shown(), input ? QString("[2] Camera") : QString("Camera"));
-    }
-
-    void unusableSettings_fallBackToTheDefaults_data()
-    {
-        QTest::addColumn<QString>("ini");
-        QTest::addColumn<QString>("ip");
-        QTest::addColumn<int>("port");
-        QTest::addColumn<QString>("log");
-        // 70000 would wrap to 4464; 65535 is the last port there is.
-        QTest::newRow("port 70000") << "Ip=10.0.0.7\nPort=70000" << "10.0.0.7" << 80 << "NetWork/Port \"70000\"";
-        QTest::newRow("ip:port") << "Ip=10.0.0.7:6666\nPort=65535" << "192.168.1.188" << 65535 << "NetWork/Ip \"10.0.0.7:6666\"";
-    }
-    void unusableSettings_fallBackToTheDefaults()
-    {
-        QFETCH(QString, ini);
-        QFETCH(QString, log);
-        QFile file(m_dir->filePath("config.ini"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(("[NetWork]\n" + ini + "\n").toUtf8()) > 0);
-        file.close();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(log)));
-        AppSettings settings(file.fileName());
-        QTEST(settings.ip(), "ip");
-        QTEST(settings.port(), "port");
-    }
-
-    void deviceValuesOutsideTheModel_areIgnored_data()
-    {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("reply"); // a video, audio or IR map
-        QTest::addColumn<QString>("kept");  // output:input as the grids get them; each other entry is reported
-        QTest::newRow("inputs 99, 4294967298, \"2.5\"") << "ORXM200" << R"({"video1":9,"video2":99,"video3":4294967298,"video4":"2.5"})" << "1:9";
-        QTest::newRow("input 9 of eight") << "ORXM100" << R"({"video1":8,"video3":9})" << "1:8";
-        QTest::newRow("HDMI audio output 110") << "ORXM200" << R"({"audio109":4,"audio110":4})" << "109:4";
-        QTest::newRow("IR outputs 10, 99999999999") << "ORXM200" << R"({"IR9":0,"IR10":1,"IR99999999999":1})" << "9:0";
-    }
-    void deviceValuesOutsideTheModel_areIgnored()
-    {
-        QFETCH(QString, type);
-        QFETCH(QString, reply);
-        QFETCH(QString, kept);
-        DeviceModel model;
-        model.apply(ReplySignal::Version, QJsonObject{{"type", type}});
-        for (int ignored = reply.count(':') - kept.count(':'); ignored > 0; --ignored)
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("is not a port of this model, ignored"));
-        const bool video = reply.contains("video"), audio = reply.contains("audio");
-        model.apply(video ? ReplySignal::VideoMap : audio ? ReplySignal::AudioMap : ReplySignal::IrMap,
-                    QJsonDocument::fromJson(reply.toUtf8()).object());
-        const DeviceRecord &r = model.record();
-        const QMap<int, int> map = video ? r.videoMap() : audio ? r.audioMap() : r.irMap();
-        QStringList routes;
-        for (auto it = map.begin(); it != map.end(); ++it)
-            routes << QString("%1:%2").arg(it.key()).arg(it.value());
-        QCOMPARE(routes.join(' '), kept);
     }
 
 private:
