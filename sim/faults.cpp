@@ -18,6 +18,15 @@ Flood::Flood(QTcpSocket *socket, qint64 count, const QByteArray &frame)
     QTimer::singleShot(0, this, &Flood::refill);
 }
 
+QByteArray randomText(const QByteArray &alphabet, int size)
+{
+    QByteArray text;
+    text.reserve(size);
+    for (int i = 0; i < size; ++i)
+        text += alphabet.at(QRandomGenerator::global()->bounded(alphabet.size()));
+    return text;
+}
+
 QByteArray Flood::randomBytes(int size)
 {
     QByteArray bytes((size + 3) / 4 * 4, Qt::Uninitialized);
@@ -62,9 +71,5 @@ QByteArray FileFaults::acknowledgement(const QByteArray &ack) const
     if (!badAck)
         return ack;
     // As long as the real answer, and never mistaken for it: no '<'.
-    static const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyz0123456789";
-    QByteArray garbage;
-    for (int i = 0; i < ack.size(); ++i)
-        garbage += alphabet.at(QRandomGenerator::global()->bounded(alphabet.size()));
-    return garbage;
+    return randomText("abcdefghijklmnopqrstuvwxyz0123456789", ack.size());
 }

@@ -6,6 +6,9 @@
 
 class QTcpSocket;
 
+// `size` bytes drawn at random from `alphabet`.
+QByteArray randomText(const QByteArray &alphabet, int size);
+
 // A peer that talks faster than the application reads: a fixed amount of bytes
 // or of copies of one frame, written as fast as the client takes them. At most
 // HighWater bytes wait in the socket at any time, so the emulator's own memory

@@ -183,10 +183,5 @@ QByteArray SimServer::junk() const
     // Stray bytes between frames, which the application must skip; never a
     // brace, which would start or end a frame.
     static const QByteArray alphabet = QByteArray("abcxyzXYZ0123456789 \r\n\t", 23) + '\0';
-    QRandomGenerator *random = QRandomGenerator::global();
-    QByteArray bytes;
-    const int length = random->bounded(1, 9);
-    for (int i = 0; i < length; ++i)
-        bytes += alphabet.at(random->bounded(alphabet.size()));
-    return bytes;
+    return randomText(alphabet, QRandomGenerator::global()->bounded(1, 9));
 }
