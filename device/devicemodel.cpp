@@ -55,15 +55,18 @@ void DeviceModel::apply(ReplySignal signal, const QJsonObject &reply)
         r->setJoinMode(reply.value("mode").toVariant().toInt());
         if (r->joinMode() != mode)
             emit joinModeChanged(r->joinMode());
+        emit mapReported(Video);
         break;
     }
     case ReplySignal::AudioMap:
         replaceIfChanged(r, this, DeviceState::routeMap(reply, "audio", r->modelFlag()), &DeviceRecord::audioMap, &DeviceRecord::setAudioMap,
                          &DeviceModel::audioMapChanged);
+        emit mapReported(Audio);
         break;
     case ReplySignal::IrMap:
         replaceIfChanged(r, this, DeviceState::routeMap(reply, "IR", r->modelFlag()), &DeviceRecord::irMap, &DeviceRecord::setIrMap,
                          &DeviceModel::irMapChanged);
+        emit mapReported(Ir);
         break;
     case ReplySignal::InputState:
         replaceIfChanged(r, this, DeviceState::signalMap(reply), &DeviceRecord::inputSignalMap, &DeviceRecord::setInputSignalMap,

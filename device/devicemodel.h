@@ -52,6 +52,9 @@ signals:
     void volumesChanged();
     void osdChanged(int port);
     void captionChanged();
+    // After every video, audio or IR map reply (SwitchKind), changed or not: what the
+    // device reported is in the record now, before any later switch is recorded locally.
+    void mapReported(int kind);
 
 private:
     void setVideoMap(const QMap<int, int> &map);

@@ -6,7 +6,6 @@
 
 #include <QDebug>
 
-#include <functional>
 
 namespace {
 // How long after the last switch the device is asked for its maps.
@@ -30,15 +29,11 @@ RouteConfirmer::RouteConfirmer(DeviceModel *model, MessageDistance *link, QObjec
     m_verifyTimer.setSingleShot(true);
     m_verifyTimer.setInterval(VerifyDelayMs);
     connect(&m_verifyTimer, &QTimer::timeout, this, &RouteConfirmer::sendFence);
-    // Replies reach the window's slots queued from the link's thread; one more hop
-    // puts the confirmer behind them, so the model already holds what arrived.
-    auto later = [this](std::function<void()> step) {
-        return [this, step] { QMetaObject::invokeMethod(this, step, Qt::QueuedConnection); };
-    };
-    connect(link, &MessageDistance::receiveVideoMapSig, this, later([this] { mapArrived(DeviceModel::Video); }));
-    connect(link, &MessageDistance::receiveAudioMapSig, this, later([this] { mapArrived(DeviceModel::Audio); }));
-    connect(link, &MessageDistance::receiveIrMapSig, this, later([this] { mapArrived(DeviceModel::Ir); }));
-    connect(link, &MessageDistance::receiveVersionSig, this, later([this] { fenceArrived(); }));
+    // Straight after the model took a map in: a switch recorded locally later must not
+    // be read as the device's answer. The fence's version answer comes after the status
+    // answer it follows, in the order the link announced them.
+    connect(model, &DeviceModel::mapReported, this, &RouteConfirmer::mapArrived);
+    connect(link, &MessageDistance::receiveVersionSig, this, [this] { fenceArrived(); });
 }
 
 int RouteConfirmer::reported(int kind, int output) const

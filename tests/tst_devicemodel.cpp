@@ -17,13 +17,13 @@ QJsonObject json(const char *text)
     return QJsonDocument::fromJson(text).object();
 }
 
-// The names of the model's signals that fired while `action` ran.
+// The names of the model's change signals that fired while `action` ran.
 QStringList changesDuring(DeviceModel &model, const std::function<void()> &action)
 {
     std::vector<std::unique_ptr<QSignalSpy>> spies;
     const QMetaObject &meta = DeviceModel::staticMetaObject;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Signal)
+        if (meta.method(i).methodType() == QMetaMethod::Signal && meta.method(i).name().endsWith("Changed"))
             spies.push_back(std::make_unique<QSignalSpy>(&model, meta.method(i)));
     }
     action();
