@@ -168,7 +168,7 @@ bool RoutingPages::isShown(const TableWidget *table) const
 
 void RoutingPages::buildGrid(TableWidget *table)
 {
-    if (!m_hiddenGridsWelcome && !isShown(table)) {
+    if (!m_allGridsWelcome && !(m_shownGridsWelcome && isShown(table))) {
         if (!m_unbuilt.contains(table))
             m_unbuilt.append(table);
         return;
@@ -180,6 +180,12 @@ void RoutingPages::buildGrid(TableWidget *table)
         table->buildGrid(3, 3);  // the ninth cell depends on the model
 }
 
+void RoutingPages::startBuildingGrids()
+{
+    m_shownGridsWelcome = true;
+    buildShownGrids();
+}
+
 void RoutingPages::buildShownGrids()
 {
     const QList<TableWidget *> waiting = m_unbuilt;
@@ -189,9 +195,10 @@ void RoutingPages::buildShownGrids()
     }
 }
 
-void RoutingPages::buildHiddenGrids()
+void RoutingPages::buildAllGrids()
 {
-    m_hiddenGridsWelcome = true;
+    startBuildingGrids();
+    m_allGridsWelcome = true;
     const QList<TableWidget *> waiting = m_unbuilt;
     for (TableWidget *table : waiting)
         buildGrid(table);

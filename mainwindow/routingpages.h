@@ -47,11 +47,13 @@ public:
     void rebuildSignalList();
     // The list marks audio or video signals, as the current page shows.
     void refreshSignalPresence();
-    // Until this is called, only the grid of the page on show is built; the others
-    // follow when their page is first shown. Called once the device has been asked
-    // for its state, so that building them does not hold up the first query.
-    void buildHiddenGrids();
-    // A page shown for the first time before that gets its grids now.
+    // No grid is built before one of the two calls below, so that building them does
+    // not hold up the device's first query. From this one on, the page on show has its
+    // grids, and so does each page when it is first shown.
+    void startBuildingGrids();
+    // Every grid, shown or not: once the device has been asked for its state.
+    void buildAllGrids();
+    // A page shown for the first time gets its grids, once building has started.
     void buildShownGrids();
     // Offline, the grids look inactive and refuse drops.
     void setOnline(bool online);
@@ -84,5 +86,6 @@ private:
     QSize m_joinFaces[7];
     int m_wallLayout = 0;
     QList<TableWidget *> m_unbuilt;
-    bool m_hiddenGridsWelcome = false;
+    bool m_shownGridsWelcome = false;
+    bool m_allGridsWelcome = false;
 };

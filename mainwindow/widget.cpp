@@ -25,6 +25,7 @@
 #include <QCloseEvent>
 #include <QBoxLayout>
 #include <QShortcut>
+#include <QTimer>
 
 namespace {
 
@@ -142,6 +143,10 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
         ui->adminLabel->hide();
     }
     tabChanged(ui->tabWidget->currentIndex());
+    // The grids are built once the device has been asked for its state, which on a
+    // reachable device comes before the first paint; a connection still pending by
+    // then does not leave the page empty for long.
+    QTimer::singleShot(GridGraceMs, this, [this] { m_pages->startBuildingGrids(); });
 }
 
 void Widget::setUpNotices()
@@ -312,13 +317,13 @@ void Widget::receiveNetWorkSuccessfulSlot()
     on_refrenshBtn_clicked();
     m_settings->setConnectionState(AppSettings::Connected);
     setStatus(AppSettings::Connected);
-    m_pages->buildHiddenGrids();
+    m_pages->buildAllGrids();
 }
 
 void Widget::receivenetWorkFailSlot()
 {
     setStatus(AppSettings::Disconnected);
-    m_pages->buildHiddenGrids();
+    m_pages->buildAllGrids();
 }
 
 void Widget::receiveConnectingSlot()

@@ -36,6 +36,8 @@ class Widget : public BaseWidget
 
 public:
     static constexpr const char *SoftwareVersion = "V1.0.2(20231215)";
+    // How long the routing grids wait for the connection before they are built anyway.
+    static constexpr int GridGraceMs = 50;
 
     explicit Widget(const WindowContext &context, QWidget *parent = nullptr);
     ~Widget() override;

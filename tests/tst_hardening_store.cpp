@@ -128,6 +128,7 @@ private slots:
         Widget window({&settings, &model, &link, &names});
         auto *list = window.findChild<QListWidget *>("listWidget");
         auto *grid = window.findChild<TableWidget *>("videoTable");
+        QTRY_VERIFY(grid->itemForKey(2)); // the grid follows the first connection attempt
         auto shown = [&] { return input ? list->item(1)->text() : grid->outputName(2); };
         QCOMPARE(shown(), input ? QString("[2] Camera") : QString("Camera"));
         input ? list->setCurrentRow(1) : grid->setCurrentItem(grid->itemForKey(2));
