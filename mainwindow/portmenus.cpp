@@ -23,18 +23,26 @@
 #include <functional>
 
 // The menu texts keep the main window's translation context ("Widget").
-PortMenus::PortMenus(const Views &views, const DeviceModel *model, MessageDistance *link, PortNames *names,
-                     QWidget *window)
+PortMenus::PortMenus(const DeviceModel *model, MessageDistance *link, PortNames *names, QWidget *window)
     : QObject(window)
-    , m_views(views)
     , m_model(model)
     , m_link(link)
     , m_names(names)
     , m_window(window)
 {
-    for (QWidget *view : {static_cast<QWidget *>(views.list), static_cast<QWidget *>(views.video),
-                          static_cast<QWidget *>(views.audio), static_cast<QWidget *>(views.hdmiAudio),
-                          static_cast<QWidget *>(views.ir), static_cast<QWidget *>(views.joint)}) {
+}
+
+void PortMenus::watch(const Views &views)
+{
+    const Views known = m_views;
+    m_views = views;
+    const QList<QPair<QWidget *, QWidget *>> pairs = {
+        {views.list, known.list}, {views.video, known.video}, {views.audio, known.audio},
+        {views.hdmiAudio, known.hdmiAudio}, {views.ir, known.ir}, {views.joint, known.joint}};
+    for (const auto &pair : pairs) {
+        QWidget *view = pair.first;
+        if (!view || view == pair.second)
+            continue;
         view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(view, &QWidget::customContextMenuRequested, this,
                 [this, view](const QPoint &pos) { showMenu(view, pos); });
@@ -187,7 +195,8 @@ void PortMenus::renameCurrentPort(QWidget *view)
         if (kind == PortNames::VideoOutput) {
             // Video outputs are the joined wall's outputs too.
             m_views.video->setOutputName(port, newName);
-            m_views.joint->setOutputName(port, newName);
+            if (m_views.joint)
+                m_views.joint->setOutputName(port, newName);
         }
         table->setOutputName(port, newName);
     });

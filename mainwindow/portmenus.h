@@ -29,7 +29,10 @@ public:
     };
 
     // `window` parents the menus and rename dialogs.
-    PortMenus(const Views &views, const DeviceModel *model, MessageDistance *link, PortNames *names, QWidget *window);
+    PortMenus(const DeviceModel *model, MessageDistance *link, PortNames *names, QWidget *window);
+
+    // The views that have menus; null ones do not exist yet and are left out.
+    void watch(const Views &views);
 
     // The menu of `view`, built as it is shown, for the view's current port.
     QMenu *createMenu(QWidget *view);
@@ -50,7 +53,7 @@ private:
     // project.db refused a new name: the old one stays, and the operator is told.
     void reportUnsavedName() const;
 
-    Views m_views;
+    Views m_views = {};
     const DeviceModel *m_model;
     MessageDistance *m_link;
     PortNames *m_names;

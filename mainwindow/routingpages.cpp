@@ -9,9 +9,13 @@
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
 #include "store/portnames.h"
+#include "ui_audiopage.h"
+#include "ui_irpage.h"
+#include "ui_jointpage.h"
 
 #include <QButtonGroup>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QGraphicsOpacityEffect>
 #include <QPushButton>
 #include <QTabWidget>
@@ -49,20 +53,13 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
 {
     for (int id = 0; id < 7; ++id)
         drawJoinFace(id, JoinLayouts[id].width(), JoinLayouts[id].height());
-    for (int id = 0; id < views.joinButtons.size(); ++id)
-        m_joinGroup->addButton(views.joinButtons[id], id);
     m_joinGroup->setExclusive(true);
     connect(m_joinGroup, &QButtonGroup::idClicked, this, &RoutingPages::chooseJoinLayout);
 
-    for (TableWidget *table : {views.video, views.joint, views.audio, views.hdmiAudio, views.ir}) {
-        table->setPortNames(names);
-        connect(table, &TableWidget::layoutChangedSig, this, [this, table] { refillTable(table); });
-    }
+    adoptTable(views.video);
     connect(views.list, &QListWidget::currentItemChanged, this, &RoutingPages::currentSignalChanged);
-
-    for (TableWidget *table : {views.video, views.joint, views.audio, views.hdmiAudio, views.ir})
-        connect(table, &TableWidget::dropPortToItemSig, this,
-                [this, table](int input, int output) { route(table, input, output, kindOf(table)); });
+    for (QWidget *page : {views.jointPage, views.audioPage, views.irPage})
+        page->installEventFilter(this);
     connect(m_confirmer, &RouteConfirmer::pendingChanged, this, &RoutingPages::refillAllTables);
     connect(m_confirmer, &RouteConfirmer::failed, this, [this](int, int output, int, int reported) {
         emit notice(tr("Output %1 did not switch: the device shows input %2.").arg(output % 100).arg(reported));
@@ -83,6 +80,73 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
     showJoinMode(model->record().joinMode());
 }
 
+RoutingPages::~RoutingPages() = default;
+
+bool RoutingPages::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *page = static_cast<QWidget *>(watched);
+    if (event->type() == QEvent::Show && !page->layout())
+        buildPage(page);  // before it paints for the first time
+    else if (event->type() == QEvent::LanguageChange && page == m_views.audioPage && m_audioUi)
+        m_audioUi->retranslateUi(page);
+    return false;
+}
+
+void RoutingPages::buildPage(QWidget *page)
+{
+    if (page == m_views.jointPage) {
+        Ui::JointPage form;
+        form.setupUi(page);
+        m_joinButtons = {form.joinBtn0, form.joinBtn1, form.joinBtn2, form.joinBtn3, form.joinBtn4, form.joinBtn5, form.joinBtn6};
+        for (int id = 0; id < m_joinButtons.size(); ++id) {
+            m_joinGroup->addButton(m_joinButtons[id], id);
+            drawJoinFace(id, m_joinFaces[id].width(), m_joinFaces[id].height());
+        }
+        if (QAbstractButton *button = m_joinGroup->button(m_wallLayout))
+            button->setChecked(true);  // the group's clicks alone tell the device
+        m_joint = form.jointTable;
+        adoptTable(m_joint);
+    } else if (page == m_views.audioPage) {
+        m_audioUi = std::make_unique<Ui::AudioPage>();
+        m_audioUi->setupUi(page);
+        m_audio = m_audioUi->audioTable;
+        m_hdmiAudio = m_audioUi->hdmiAudioTable;
+        adoptTable(m_audio);
+        adoptTable(m_hdmiAudio);
+    } else if (page == m_views.irPage) {
+        Ui::IrPage form;
+        form.setupUi(page);
+        m_ir = form.irTable;
+        adoptTable(m_ir);
+    }
+    emit pageBuilt();
+}
+
+// A grid joins the others: it switches on drops, shows the model and the stored names.
+void RoutingPages::adoptTable(TableWidget *table)
+{
+    table->setPortNames(m_names);
+    connect(table, &TableWidget::layoutChangedSig, this, [this, table] { refillTable(table); });
+    connect(table, &TableWidget::dropPortToItemSig, this,
+            [this, table](int input, int output) { route(table, input, output, kindOf(table)); });
+    if (table == m_views.video)
+        return;  // configured with the others by reloadNames()
+    configureTable(table);
+    refillTable(table);
+    if (!m_online)
+        setOnline(false);
+}
+
+QList<TableWidget *> RoutingPages::tables() const
+{
+    QList<TableWidget *> built;
+    for (TableWidget *table : {m_views.video, m_joint, m_audio, m_hdmiAudio, m_ir}) {
+        if (table)
+            built.append(table);
+    }
+    return built;
+}
+
 void RoutingPages::showJoinMode(int mode)
 {
     setJoinLayout(mode);
@@ -101,7 +165,7 @@ QSize RoutingPages::joinFace(int id) const
 void RoutingPages::drawJoinFace(int id, int columns, int rows)
 {
     m_joinFaces[id] = QSize(columns, rows);
-    if (QPushButton *button = m_views.joinButtons.value(id))
+    if (QPushButton *button = m_joinButtons.value(id))
         button->setIcon(TableWidget::layoutPreview(columns, rows));
 }
 
@@ -116,7 +180,8 @@ void RoutingPages::setJoinLayout(int id)
     if (id < 0 || id > 6)
         return;
     m_wallLayout = id;
-    buildGrid(m_views.joint);
+    if (m_joint)
+        buildGrid(m_joint);
 }
 
 QSize RoutingPages::wallLayout() const
@@ -132,32 +197,30 @@ void RoutingPages::reloadNames()
 
 void RoutingPages::buildOutputGrids()
 {
-    const QMap<int, QString> videoNames = m_names->names(PortNames::VideoOutput);
-    const QMap<int, QString> audioNames = m_names->names(PortNames::AudioOutput);
-    const QMap<int, QString> irNames = m_names->names(PortNames::IrOutput);
-    const bool eightOutputs = m_model->record().modelFlag() == 0;
     const int joinMode = m_model->record().joinMode();
     if (joinMode >= 0 && joinMode <= 6)
         m_wallLayout = joinMode;
-    const struct { TableWidget *table; const char *colour; int offset; const char *label; const QMap<int, QString> *names; } grids[] = {
-        {m_views.video, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
-        {m_views.joint, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &videoNames},
-        {m_views.audio, AudioCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Audio %1"), &audioNames},
-        {m_views.hdmiAudio, AudioCellColor, 100, QT_TRANSLATE_NOOP("Widget", "Audio %1"), &audioNames},
-        {m_views.ir, VideoCellColor, 0, QT_TRANSLATE_NOOP("Widget", "Output %1"), &irNames},
-    };
-    for (const auto &grid : grids) {
-        grid.table->setCellColor(grid.colour);
-        grid.table->setIndexOffset(grid.offset);
-        grid.table->setIgnoreInputRenames(false);
-        grid.table->setEightOutputs(eightOutputs);
-        for (int n = 1; n <= 9; ++n) {
-            const QString stored = grid.names->value(n + grid.offset);
-            grid.table->setOutputName(n + grid.offset,
-                                      stored.isEmpty() ? QCoreApplication::translate("Widget", grid.label).arg(n) : stored);
-        }
-        buildGrid(grid.table);
+    for (TableWidget *table : tables())
+        configureTable(table);
+}
+
+void RoutingPages::configureTable(TableWidget *table)
+{
+    const bool audio = table == m_audio || table == m_hdmiAudio;
+    const int offset = table == m_hdmiAudio ? 100 : 0;
+    const char *label = audio ? QT_TRANSLATE_NOOP("Widget", "Audio %1") : QT_TRANSLATE_NOOP("Widget", "Output %1");
+    const QMap<int, QString> names = m_names->names(audio ? PortNames::AudioOutput
+                                                    : table == m_ir ? PortNames::IrOutput
+                                                                    : PortNames::VideoOutput);
+    table->setCellColor(audio ? AudioCellColor : VideoCellColor);
+    table->setIndexOffset(offset);
+    table->setIgnoreInputRenames(false);
+    table->setEightOutputs(m_model->record().modelFlag() == 0);
+    for (int n = 1; n <= 9; ++n) {
+        const QString stored = names.value(n + offset);
+        table->setOutputName(n + offset, stored.isEmpty() ? QCoreApplication::translate("Widget", label).arg(n) : stored);
     }
+    buildGrid(table);
 }
 
 bool RoutingPages::isShown(const TableWidget *table) const
@@ -174,7 +237,7 @@ void RoutingPages::buildGrid(TableWidget *table)
         return;
     }
     m_unbuilt.removeOne(table);
-    if (table == m_views.joint)
+    if (table == m_joint)
         table->buildGrid(wallLayout().width(), wallLayout().height());
     else
         table->buildGrid(3, 3);  // the ninth cell depends on the model
@@ -224,24 +287,24 @@ void RoutingPages::refillTable(TableWidget *table)
             cell->setInputText(input > 0 ? portLabel(input, names.value(input)) : QString());
             cell->setPending(pending >= 0);
             // A routed video input without signal is shown dimmed.
-            cell->setSignalPresent(input <= 0 || table == m_views.ir || signalMap.value(input, false));
+            cell->setSignalPresent(input <= 0 || table == m_ir || signalMap.value(input, false));
         }
     }
 }
 
 void RoutingPages::refillAllTables()
 {
-    for (TableWidget *table : {m_views.video, m_views.joint, m_views.audio, m_views.hdmiAudio, m_views.ir})
+    for (TableWidget *table : tables())
         refillTable(table);
 }
 
 int RoutingPages::kindOf(const TableWidget *table) const
 {
-    if (table == m_views.joint)
+    if (table == m_joint)
         return DeviceModel::Wall;
-    if (table == m_views.audio || table == m_views.hdmiAudio)
+    if (table == m_audio || table == m_hdmiAudio)
         return DeviceModel::Audio;
-    return table == m_views.ir ? DeviceModel::Ir : DeviceModel::Video;
+    return table == m_ir ? DeviceModel::Ir : DeviceModel::Video;
 }
 
 void RoutingPages::route(TableWidget *table, int input, int output, int kind)
@@ -261,7 +324,8 @@ void RoutingPages::route(TableWidget *table, int input, int output, int kind)
 
 void RoutingPages::setOnline(bool online)
 {
-    for (TableWidget *table : {m_views.video, m_views.joint, m_views.audio, m_views.hdmiAudio, m_views.ir}) {
+    m_online = online;
+    for (TableWidget *table : tables()) {
         if (online) {
             table->setGraphicsEffect(nullptr);
         } else if (!table->graphicsEffect()) {

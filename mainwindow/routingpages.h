@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QSize>
 
+#include <memory>
+
 class DeviceModel;
 class ListWidget;
 class MessageDistance;
@@ -13,6 +15,9 @@ class QButtonGroup;
 class QPushButton;
 class QTabWidget;
 class TableWidget;
+namespace Ui {
+class AudioPage;
+}
 
 // The routing pages: the signal list, the output grids, the wall's layout
 // buttons and the drops that switch. They show the device model and redraw
@@ -27,15 +32,15 @@ public:
         ListWidget *list;
         QTabWidget *tabs;
         TableWidget *video;
-        TableWidget *joint;
-        TableWidget *audio;
-        TableWidget *hdmiAudio;
-        TableWidget *ir;
-        QList<QPushButton *> joinButtons;  // layouts 0..6
+        // Empty until first shown: then each gets its form, and its grids once building has started.
+        QWidget *jointPage;
+        QWidget *audioPage;
+        QWidget *irPage;
     };
 
     RoutingPages(const Views &views, DeviceModel *model, MessageDistance *link, PortNames *names,
                  QObject *parent = nullptr);
+    ~RoutingPages() override;
 
     // Face of join-layout button `id` as last drawn: (columns, rows).
     QSize joinFace(int id) const;
@@ -58,12 +63,26 @@ public:
     // Offline, the grids look inactive and refuse drops.
     void setOnline(bool online);
     RouteConfirmer *confirmer() const { return m_confirmer; }
+    // The grids of the pages built so far; null until their page is first shown.
+    TableWidget *joint() const { return m_joint; }
+    TableWidget *audio() const { return m_audio; }
+    TableWidget *hdmiAudio() const { return m_hdmiAudio; }
+    TableWidget *ir() const { return m_ir; }
 
 signals:
     // A short text for the status line: a refused or failed switch.
     void notice(const QString &text);
+    // A page was shown for the first time and its grids now exist.
+    void pageBuilt();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void buildPage(QWidget *page);
+    void adoptTable(TableWidget *table);
+    void configureTable(TableWidget *table);
+    QList<TableWidget *> tables() const;
     void drawJoinFace(int id, int columns, int rows);
     void setJoinLayout(int id);
     void showJoinMode(int mode);
@@ -78,6 +97,12 @@ private:
     int kindOf(const TableWidget *table) const;
 
     Views m_views;
+    TableWidget *m_joint = nullptr;
+    TableWidget *m_audio = nullptr;
+    TableWidget *m_hdmiAudio = nullptr;
+    TableWidget *m_ir = nullptr;
+    QList<QPushButton *> m_joinButtons;  // layouts 0..6
+    std::unique_ptr<Ui::AudioPage> m_audioUi;  // re-translated with the window
     DeviceModel *m_model;
     MessageDistance *m_link;
     PortNames *m_names;
@@ -88,4 +113,5 @@ private:
     QList<TableWidget *> m_unbuilt;
     bool m_shownGridsWelcome = false;
     bool m_allGridsWelcome = false;
+    bool m_online = true;
 };

@@ -77,9 +77,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     if (openAccountStore(this))
         context.names->createTables();
 
-    m_pages = new RoutingPages({ui->listWidget, ui->tabWidget, ui->videoTable, ui->jointTable, ui->audioTable,
-                                ui->hdmiAudioTable, ui->irTable,
-                                {ui->joinBtn0, ui->joinBtn1, ui->joinBtn2, ui->joinBtn3, ui->joinBtn4, ui->joinBtn5, ui->joinBtn6}},
+    m_pages = new RoutingPages({ui->listWidget, ui->tabWidget, ui->videoTable, ui->jointPage, ui->audioPage, ui->irPage},
                                m_model, m_link, context.names, this);
     m_settingsPage = new SettingsPage({ui->ipEdit, ui->gatewayEdit, ui->subnetEdit, ui->macEdit, ui->confirmBtn,
                                        ui->factoryResetBtn, ui->buzzerSwitch, ui->noLoginCheckBox,
@@ -118,8 +116,13 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     receiveConnectingSlot();
     connect(ui->languageComboBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(on_languageComboBox_currentIndexChanged(int)));
-    m_portMenus = new PortMenus({ui->listWidget, ui->videoTable, ui->jointTable, ui->audioTable, ui->hdmiAudioTable, ui->irTable},
-                                m_model, m_link, context.names, this);
+    m_portMenus = new PortMenus(m_model, m_link, context.names, this);
+    const auto watchPorts = [this] {
+        m_portMenus->watch({ui->listWidget, ui->videoTable, m_pages->joint(), m_pages->audio(), m_pages->hdmiAudio(),
+                            m_pages->ir()});
+    };
+    watchPorts();
+    connect(m_pages, &RoutingPages::pageBuilt, this, watchPorts);
     connect(m_portMenus, &PortMenus::inputRenamed, this, &Widget::refrenshSignalSlot);
     setUpNotices();
 

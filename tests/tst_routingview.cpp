@@ -136,10 +136,11 @@ private slots:
     void f2ThenTyping_renamesTheCell()
     {
         ListWidget list;
-        TableWidget grid, joint, audio, hdmiAudio, ir;
+        TableWidget grid;
         grid.setPortNames(m_names.get());
         grid.buildGrid(3, 3);
-        PortMenus menus({&list, &grid, &joint, &audio, &hdmiAudio, &ir}, nullptr, nullptr, m_names.get(), &grid);
+        PortMenus menus(nullptr, nullptr, m_names.get(), &grid);
+        menus.watch({&list, &grid, nullptr, nullptr, nullptr, nullptr}); // the other pages not yet opened
         grid.show();
         grid.setCurrentItem(grid.itemForKey(2));
         QTimer::singleShot(0, this, [] {

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>AudioPage</name>
+    <message>
+        <source>模拟音频</source>
+        <translation>模拟音频</translation>
+    </message>
+    <message>
+        <source>HDMI音频</source>
+        <translation>HDMI音频</translation>
+    </message>
+</context>
+<context>
     <name>EdidSettingDilog</name>
     <message>
         <source>EDID Setting [InChannel%1]</source>
@@ -626,10 +637,6 @@
     <message>
         <source>模拟音频</source>
         <translation>模拟音频</translation>
-    </message>
-    <message>
-        <source>HDMI音频</source>
-        <translation>HDMI音频</translation>
     </message>
     <message>
         <source>Infared</source>

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US">
 <context>
+    <name>AudioPage</name>
+    <message>
+        <source>模拟音频</source>
+        <translation>Analog Audio</translation>
+    </message>
+    <message>
+        <source>HDMI音频</source>
+        <translation>HDMI Audio</translation>
+    </message>
+</context>
+<context>
     <name>EdidSettingDilog</name>
     <message>
         <source>EDID Setting [InChannel%1]</source>
@@ -626,10 +637,6 @@
     <message>
         <source>模拟音频</source>
         <translation>Analog Audio</translation>
-    </message>
-    <message>
-        <source>HDMI音频</source>
-        <translation>HDMI Audio</translation>
     </message>
     <message>
         <source>Infared</source>
