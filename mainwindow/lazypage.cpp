@@ -26,45 +26,24 @@ void LazyPage::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
 }
 
-DeferredLayout::DeferredLayout(QWidget *page, QWidget *holder)
+FirstShow::FirstShow(QWidget *page, std::function<void()> build)
     : QObject(page)
-    , m_page(page)
-    , m_holder(holder)
+    , m_build(std::move(build))
 {
     page->installEventFilter(this);
 }
 
-void DeferredLayout::defer(QWidget *page)
+void FirstShow::call(QWidget *page, std::function<void()> build)
 {
-    if (!page->layout())
-        return;
-    auto *holder = new QWidget(page);
-    holder->hide();
-    // Taking the layout over moves the widgets it manages to the holder.
-    holder->setLayout(page->layout());
-    new DeferredLayout(page, holder);
+    new FirstShow(page, std::move(build));
 }
 
-bool DeferredLayout::eventFilter(QObject *watched, QEvent *event)
+bool FirstShow::eventFilter(QObject *watched, QEvent *event)
 {
-    // Before the page paints for the first time.
-    if (watched == m_page && event->type() == QEvent::Show)
-        restore();
-    return false;
-}
-
-void DeferredLayout::restore()
-{
-    m_page->removeEventFilter(this);
-    m_page->setLayout(m_holder->layout());
-    // Moved back, the widgets are hidden; those nobody hid on purpose are shown again.
-    const QList<QWidget *> children = m_page->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QWidget *child : children) {
-        if (child != m_holder && !child->testAttribute(Qt::WA_WState_ExplicitShowHide))
-            child->show();
+    if (event->type() == QEvent::Show) {
+        watched->removeEventFilter(this);
+        m_build();
+        deleteLater();
     }
-    delete m_holder;
-    // A layout that never ran asks for no layout pass of its own.
-    m_page->layout()->activate();
-    deleteLater();
+    return false;
 }

@@ -26,24 +26,20 @@ private:
     QWidget *m_content = nullptr;
 };
 
-// Moves a page's layout, and with it everything the page holds, into a hidden
-// holder until the page is first shown: until then working out the window's
-// layout does not measure the page's contents (its labels' text above all).
-// The page itself stays where it is, so its tab keeps its place and title.
-class DeferredLayout : public QObject
+// Runs `build` once, when `page` is first shown and before it paints: a page
+// of the window's own form gets its content then.
+class FirstShow : public QObject
 {
     Q_OBJECT
 
 public:
-    static void defer(QWidget *page);
+    static void call(QWidget *page, std::function<void()> build);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    DeferredLayout(QWidget *page, QWidget *holder);
-    void restore();
+    FirstShow(QWidget *page, std::function<void()> build);
 
-    QWidget *m_page;
-    QWidget *m_holder;
+    std::function<void()> m_build;
 };

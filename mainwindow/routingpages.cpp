@@ -5,6 +5,7 @@
 #include "device/devicestate.h"
 #include "device/messagedistance.h"
 #include "device/routeconfirmer.h"
+#include "mainwindow/lazypage.h"
 #include "mainwindow/listwidget.h"
 #include "mainwindow/tableitemwidget.h"
 #include "mainwindow/tablewidget.h"
@@ -15,7 +16,6 @@
 
 #include <QButtonGroup>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QGraphicsOpacityEffect>
 #include <QPushButton>
 #include <QTabWidget>
@@ -59,7 +59,7 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
     adoptTable(views.video);
     connect(views.list, &QListWidget::currentItemChanged, this, &RoutingPages::currentSignalChanged);
     for (QWidget *page : {views.jointPage, views.audioPage, views.irPage})
-        page->installEventFilter(this);
+        FirstShow::call(page, [this, page] { buildPage(page); });
     connect(m_confirmer, &RouteConfirmer::pendingChanged, this, &RoutingPages::refillAllTables);
     connect(m_confirmer, &RouteConfirmer::failed, this, [this](int, int output, int, int reported) {
         emit notice(tr("Output %1 did not switch: the device shows input %2.").arg(output % 100).arg(reported));
@@ -82,14 +82,10 @@ RoutingPages::RoutingPages(const Views &views, DeviceModel *model, MessageDistan
 
 RoutingPages::~RoutingPages() = default;
 
-bool RoutingPages::eventFilter(QObject *watched, QEvent *event)
+void RoutingPages::retranslate()
 {
-    auto *page = static_cast<QWidget *>(watched);
-    if (event->type() == QEvent::Show && !page->layout())
-        buildPage(page);  // before it paints for the first time
-    else if (event->type() == QEvent::LanguageChange && page == m_views.audioPage && m_audioUi)
-        m_audioUi->retranslateUi(page);
-    return false;
+    if (m_audioUi)
+        m_audioUi->retranslateUi(m_views.audioPage);
 }
 
 void RoutingPages::buildPage(QWidget *page)

@@ -69,14 +69,14 @@ public:
     TableWidget *hdmiAudio() const { return m_hdmiAudio; }
     TableWidget *ir() const { return m_ir; }
 
+    // The built pages in the language just installed.
+    void retranslate();
+
 signals:
     // A short text for the status line: a refused or failed switch.
     void notice(const QString &text);
     // A page was shown for the first time and its grids now exist.
     void pageBuilt();
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void buildPage(QWidget *page);
@@ -102,7 +102,7 @@ private:
     TableWidget *m_hdmiAudio = nullptr;
     TableWidget *m_ir = nullptr;
     QList<QPushButton *> m_joinButtons;  // layouts 0..6
-    std::unique_ptr<Ui::AudioPage> m_audioUi;  // re-translated with the window
+    std::unique_ptr<Ui::AudioPage> m_audioUi;  // kept to re-translate it
     DeviceModel *m_model;
     MessageDistance *m_link;
     PortNames *m_names;

@@ -65,10 +65,8 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
 
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &Widget::tabChanged);
     connect(ui->btn_RestoreOrMax, &QPushButton::clicked, this, &Widget::on_btn_RestoreOrMax_clicked);
-    connect(ui->usermanageBtn, &QPushButton::clicked, this, &Widget::on_usermanageBtn_clicked);
     connect(ui->btnClose, &QPushButton::clicked, this, &QWidget::close);
     connect(ui->btnMin, &QPushButton::clicked, this, &QWidget::showMinimized);
-    connect(ui->CaptionBtn, &QPushButton::clicked, this, &Widget::on_CaptionBtn_clicked);
     connect(ui->refrenshBtn, &QPushButton::clicked, this, &Widget::on_refrenshBtn_clicked);
     ui->tabWidget->setAttribute(Qt::WA_StyledBackground);
 
@@ -79,18 +77,15 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
 
     m_pages = new RoutingPages({ui->listWidget, ui->tabWidget, ui->videoTable, ui->jointPage, ui->audioPage, ui->irPage},
                                m_model, m_link, context.names, this);
-    m_settingsPage = new SettingsPage({ui->ipEdit, ui->gatewayEdit, ui->subnetEdit, ui->macEdit, ui->confirmBtn,
-                                       ui->factoryResetBtn, ui->buzzerSwitch, ui->noLoginCheckBox,
-                                       ui->fpgaVersionLabel, ui->mcuVersionLabel, ui->softwareVersionLabel},
-                                      m_model, m_link, SoftwareVersion, this);
+    m_settingsPage = new SettingsPage({ui->networkPage, ui->otherPage, ui->aboutPage}, m_settings, m_model, m_link,
+                                      SoftwareVersion, this);
+    connect(m_settingsPage, &SettingsPage::userManagementClicked, this, &Widget::on_usermanageBtn_clicked);
+    connect(m_settingsPage, &SettingsPage::captionClicked, this, &Widget::on_CaptionBtn_clicked);
+    connect(m_settingsPage, &SettingsPage::reloginClicked, this, &Widget::relogin);
     // The two settings pages stay last: their tab bar is indented, and the added pages go before them.
     m_settingsTabs = {ui->tabWidget->widget(4), ui->tabWidget->widget(5)};
     m_presetsPage = new LazyPage([this](QWidget *parent) { return new PresetsPage(m_link, parent); }, this);
     ui->tabWidget->insertTab(4, m_presetsPage, PresetsPage::tr("Presets"));
-
-    ui->languageComboBox->addItem(QString::fromUtf8("简体中文"));
-    ui->languageComboBox->addItem("English");
-    ui->languageComboBox->setCurrentIndex(m_settings->language());
 
     MessageDistance *link = m_link;
     connect(link, &MessageDistance::receiveVersionSig, this, &Widget::receiveVersionSlot);
@@ -108,14 +103,13 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     connect(link, &MessageDistance::connectSuccessFulSig, this, &Widget::receiveNetWorkSuccessfulSlot);
     connect(link, &MessageDistance::connectFailureSig, this, &Widget::receivenetWorkFailSlot);
     connect(link, &MessageDistance::connectingSig, this, &Widget::receiveConnectingSlot);
-    connect(ui->reloginBtn, &QPushButton::clicked, this, &Widget::relogin);
     link->setMessagePresenter([](const QString &text, const QString &title) { MsgDlg::showMessage(text, title); });
 
     runLoginDecision();
 
     receiveConnectingSlot();
-    connect(ui->languageComboBox, SIGNAL(currentIndexChanged(int)), this,
-            SLOT(on_languageComboBox_currentIndexChanged(int)));
+    // The language box is filled and connected when its page is first shown.
+    connect(m_settingsPage, SIGNAL(languageChosen(int)), this, SLOT(on_languageComboBox_currentIndexChanged(int)));
     m_portMenus = new PortMenus(m_model, m_link, context.names, this);
     const auto watchPorts = [this] {
         m_portMenus->watch({ui->listWidget, ui->videoTable, m_pages->joint(), m_pages->audio(), m_pages->hdmiAudio(),
@@ -126,25 +120,16 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
     connect(m_portMenus, &PortMenus::inputRenamed, this, &Widget::refrenshSignalSlot);
     setUpNotices();
 
-    ui->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"
-                                      "background-repeat:no-repeat;");
     resize(1280, 800);
     // Fits a 1366x768 screen with room for a panel; the margin resizes the window.
     setMinimumSize(1024, 640);
     setResizableFromEdges(10);
     // Where the operator left it; a screen that is gone leaves the window where Qt puts it.
     restoreGeometry(m_settings->windowGeometry());
-    for (int i = 0; i < ui->tabWidget->count(); ++i) {
-        // The Presets page has nothing to lay out until it is built.
-        if (i != ui->tabWidget->currentIndex() && ui->tabWidget->widget(i) != m_presetsPage)
-            DeferredLayout::defer(ui->tabWidget->widget(i));
-    }
     show();
 
-    if (m_settings->adminFlag() == 0) {
-        ui->userGroup->hide();
-        ui->adminLabel->hide();
-    }
+    if (m_settings->adminFlag() == 0)
+        ui->adminLabel->hide();  // and the user management, when its page is built
     tabChanged(ui->tabWidget->currentIndex());
     // The grids are built once the device has been asked for its state, which on a
     // reachable device comes before the first paint; a connection still pending by
@@ -157,7 +142,8 @@ void Widget::setUpNotices()
     connect(m_pages, &RoutingPages::notice, this, &Widget::showNotice);
     connect(m_portMenus, &PortMenus::notice, this, &Widget::showNotice);
     connect(m_settingsPage, &SettingsPage::notice, this, &Widget::showNotice);
-    m_historyPage = new HistoryPage(m_pages->confirmer(), this);
+    // The confirmer keeps the history from the start; the page shows it once opened.
+    m_historyPage = new LazyPage([this](QWidget *parent) { return new HistoryPage(m_pages->confirmer(), parent); }, this);
     ui->tabWidget->insertTab(5, m_historyPage, tr("History"));
     auto *undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, [this] {
@@ -217,14 +203,17 @@ void Widget::installLanguage(int index)
     m_translator.load(index == 0 ? ":/Chinese" : ":/English");
     QCoreApplication::installTranslator(&m_translator);
     ui->retranslateUi(this);
+    // The pages built after the start have forms of their own.
+    if (m_pages) {
+        m_pages->retranslate();
+        m_settingsPage->retranslate();
+    }
 }
 
 void Widget::on_languageComboBox_currentIndexChanged(int index)
 {
     m_settings->setLanguage(index);
-    installLanguage(index);
-    // Re-translation puts the form's texts back; the versions are the device's.
-    m_settingsPage->showVersions();
+    installLanguage(index);  // the versions stay the device's
     // Default port names follow the language.
     m_pages->reloadNames();
 }

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>AboutPage</name>
+    <message>
+        <source>Software Version:</source>
+        <translation>软件版本：</translation>
+    </message>
+    <message>
+        <source>Device    Version:</source>
+        <translation>设备    版本：</translation>
+    </message>
+</context>
+<context>
     <name>AudioPage</name>
     <message>
         <source>模拟音频</source>
@@ -239,6 +250,80 @@
     <message>
         <source>OK</source>
         <translation>确定</translation>
+    </message>
+</context>
+<context>
+    <name>NetworkPage</name>
+    <message>
+        <source>NetWork Setting</source>
+        <translation>网络设置</translation>
+    </message>
+    <message>
+        <source>Ip</source>
+        <translation>IP地址</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>网关</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>子网掩码</translation>
+    </message>
+    <message>
+        <source>Mac</source>
+        <translation>MAC地址</translation>
+    </message>
+    <message>
+        <source>Factory Reset</source>
+        <translation>恢复出厂设置</translation>
+    </message>
+    <message>
+        <source>confirm</source>
+        <translation>确认</translation>
+    </message>
+</context>
+<context>
+    <name>OtherPage</name>
+    <message>
+        <source>Caption</source>
+        <translation>字幕</translation>
+    </message>
+    <message>
+        <source>CaptionSetting</source>
+        <translation>字幕设置</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Buzzer</source>
+        <translation>蜂鸣器</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>免登录</source>
+        <translation>免登录</translation>
+    </message>
+    <message>
+        <source>UserManager Setting</source>
+        <translation>用户管理设置</translation>
+    </message>
+    <message>
+        <source>Usermanage</source>
+        <translation>用户管理</translation>
+    </message>
+    <message>
+        <source>Connect Setting</source>
+        <translation>连接设置</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>切换用户</translation>
     </message>
 </context>
 <context>
@@ -595,14 +680,6 @@
 <context>
     <name>Widget</name>
     <message>
-        <source>Usermanage</source>
-        <translation>用户管理</translation>
-    </message>
-    <message>
-        <source>Connect Setting</source>
-        <translation>连接设置</translation>
-    </message>
-    <message>
         <source>refrensh</source>
         <translation>刷新</translation>
     </message>
@@ -647,76 +724,12 @@
         <translation>网络设置</translation>
     </message>
     <message>
-        <source>Ip</source>
-        <translation>IP地址</translation>
-    </message>
-    <message>
-        <source>Gateway</source>
-        <translation>网关</translation>
-    </message>
-    <message>
-        <source>Subnet</source>
-        <translation>子网掩码</translation>
-    </message>
-    <message>
-        <source>Mac</source>
-        <translation>MAC地址</translation>
-    </message>
-    <message>
-        <source>Factory Reset</source>
-        <translation>恢复出厂设置</translation>
-    </message>
-    <message>
-        <source>confirm</source>
-        <translation>确认</translation>
-    </message>
-    <message>
         <source>OtherSetting</source>
         <translation>其他设置</translation>
     </message>
     <message>
-        <source>Caption</source>
-        <translation>字幕</translation>
-    </message>
-    <message>
-        <source>CaptionSetting</source>
-        <translation>字幕设置</translation>
-    </message>
-    <message>
-        <source>Language</source>
-        <translation>语言</translation>
-    </message>
-    <message>
-        <source>Buzzer</source>
-        <translation>蜂鸣器</translation>
-    </message>
-    <message>
-        <source>Setting</source>
-        <translation>设置</translation>
-    </message>
-    <message>
-        <source>免登录</source>
-        <translation>免登录</translation>
-    </message>
-    <message>
-        <source>UserManager Setting</source>
-        <translation>用户管理设置</translation>
-    </message>
-    <message>
-        <source>Connecting</source>
-        <translation>切换用户</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>关于</translation>
-    </message>
-    <message>
-        <source>Software Version:</source>
-        <translation>软件版本：</translation>
-    </message>
-    <message>
-        <source>Device    Version:</source>
-        <translation>设备    版本：</translation>
     </message>
     <message>
         <source>Administrator</source>

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US">
 <context>
+    <name>AboutPage</name>
+    <message>
+        <source>Software Version:</source>
+        <translation>Software Version:</translation>
+    </message>
+    <message>
+        <source>Device    Version:</source>
+        <translation>Device    Version:</translation>
+    </message>
+</context>
+<context>
     <name>AudioPage</name>
     <message>
         <source>模拟音频</source>
@@ -239,6 +250,80 @@
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>NetworkPage</name>
+    <message>
+        <source>NetWork Setting</source>
+        <translation>NetWork Setting</translation>
+    </message>
+    <message>
+        <source>Ip</source>
+        <translation>Ip</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>Gateway</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>Subnet</translation>
+    </message>
+    <message>
+        <source>Mac</source>
+        <translation>Mac</translation>
+    </message>
+    <message>
+        <source>Factory Reset</source>
+        <translation>Factory Reset</translation>
+    </message>
+    <message>
+        <source>confirm</source>
+        <translation>confirm</translation>
+    </message>
+</context>
+<context>
+    <name>OtherPage</name>
+    <message>
+        <source>Caption</source>
+        <translation>Caption</translation>
+    </message>
+    <message>
+        <source>CaptionSetting</source>
+        <translation>CaptionSetting</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>Buzzer</source>
+        <translation>Buzzer</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Setting</translation>
+    </message>
+    <message>
+        <source>免登录</source>
+        <translation>No login required</translation>
+    </message>
+    <message>
+        <source>UserManager Setting</source>
+        <translation>UserManager Setting</translation>
+    </message>
+    <message>
+        <source>Usermanage</source>
+        <translation>Usermanage</translation>
+    </message>
+    <message>
+        <source>Connect Setting</source>
+        <translation>Connect Setting</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>Connecting</translation>
     </message>
 </context>
 <context>
@@ -595,14 +680,6 @@
 <context>
     <name>Widget</name>
     <message>
-        <source>Usermanage</source>
-        <translation>Usermanage</translation>
-    </message>
-    <message>
-        <source>Connect Setting</source>
-        <translation>Connect Setting</translation>
-    </message>
-    <message>
         <source>refrensh</source>
         <translation>refrensh</translation>
     </message>
@@ -647,76 +724,12 @@
         <translation>NetWork Setting</translation>
     </message>
     <message>
-        <source>Ip</source>
-        <translation>Ip</translation>
-    </message>
-    <message>
-        <source>Gateway</source>
-        <translation>Gateway</translation>
-    </message>
-    <message>
-        <source>Subnet</source>
-        <translation>Subnet</translation>
-    </message>
-    <message>
-        <source>Mac</source>
-        <translation>Mac</translation>
-    </message>
-    <message>
-        <source>Factory Reset</source>
-        <translation>Factory Reset</translation>
-    </message>
-    <message>
-        <source>confirm</source>
-        <translation>confirm</translation>
-    </message>
-    <message>
         <source>OtherSetting</source>
         <translation>OtherSetting</translation>
     </message>
     <message>
-        <source>Caption</source>
-        <translation>Caption</translation>
-    </message>
-    <message>
-        <source>CaptionSetting</source>
-        <translation>CaptionSetting</translation>
-    </message>
-    <message>
-        <source>Language</source>
-        <translation>Language</translation>
-    </message>
-    <message>
-        <source>Buzzer</source>
-        <translation>Buzzer</translation>
-    </message>
-    <message>
-        <source>Setting</source>
-        <translation>Setting</translation>
-    </message>
-    <message>
-        <source>免登录</source>
-        <translation>No login required</translation>
-    </message>
-    <message>
-        <source>UserManager Setting</source>
-        <translation>UserManager Setting</translation>
-    </message>
-    <message>
-        <source>Connecting</source>
-        <translation>Connecting</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>About</translation>
-    </message>
-    <message>
-        <source>Software Version:</source>
-        <translation>Software Version:</translation>
-    </message>
-    <message>
-        <source>Device    Version:</source>
-        <translation>Device    Version:</translation>
     </message>
     <message>
         <source>Administrator</source>
