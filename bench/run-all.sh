@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Every benchmark in one run, each figure printed beside its target. Run after
-# scripts/build.sh; takes about 80 s on two cores. Loopback addresses
-# 127.0.0.91 and 127.0.0.92 only. Not part of the test suite.
+# scripts/build.sh; takes about 50 s on two cores. Loopback addresses
+# 127.0.0.91, 127.0.0.92 and 127.0.0.110 only. Not part of the test suite.
 #   bench/run-all.sh        (BUILD_DIR to use another build folder)
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -26,7 +26,7 @@ step() {
 }
 step "reply parser against bare JSON decoding (2,000 frames)" "$build/bin/bench_parser" 2000 --no-idle
 step "window, latency, upload" "$build/bin/bench_window" --replies 1000
-step "start-up and idle memory" python3 "$root/bench/startup.py" "$build" --rounds 3
+step "start-up and idle memory" python3 "$root/bench/startup.py" "$build" --rounds 7
 
 echo
 echo "== summary"
