@@ -3,7 +3,10 @@
 #include <QDateTime>
 #include <QFile>
 #include <QMutex>
-#include <QTextStream>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 QMutex &logMutex()
@@ -18,6 +21,12 @@ QString &folderName()
     return folder;
 }
 } // namespace
+
+void pinLocalTimeZone()
+{
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
+}
 
 void setLogFolder(const QString &folder)
 {
@@ -59,10 +68,19 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     const QString line = formatLogLine(text, context.file, context.line, stamp);
 
     // A second clock reading: a line written across midnight may go to the next day's file.
-    QFile file(QString("%1/%2.log").arg(folderName(), QDate::currentDate().toString("yyyy-MM-dd")));
-    file.open(QIODevice::ReadWrite | QIODevice::Append);
-    QTextStream stream(&file);
-    stream << line << "\r\n";
-    stream.flush();
-    file.close();
+    const QString path = QString("%1/%2.log").arg(folderName(), QDate::currentDate().toString("yyyy-MM-dd"));
+    // Opened, appended to and closed for every line, each line on disk before the next
+    // message: straight through the system calls, which QFile would double with stat
+    // and seek calls. Encoded as a QTextStream on the file would encode it (the locale's).
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0)
+        return;  // lost, as the stream into a closed file would lose it
+    const QByteArray bytes = (line + QStringLiteral("\r\n")).toLocal8Bit();
+    for (qint64 done = 0; done < bytes.size();) {
+        const ssize_t written = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
+        if (written <= 0 && errno != EINTR)
+            break;
+        done += qMax<ssize_t>(written, 0);
+    }
+    ::close(fd);
 }

@@ -57,6 +57,7 @@ int main(int argc, char *argv[])
         return *status;
     // Fixed, so that the per-user data folder does not follow a renamed binary.
     QCoreApplication::setApplicationName(QStringLiteral("OrvexControl"));
+    pinLocalTimeZone();
     QApplication app(argc, argv);
     initGuiResources();
     // Inert on purpose: the main window chooses and installs the language.

@@ -253,8 +253,10 @@ bool MessageDistance::sendCommand(const QString &text, int expectReply, int osdI
     Q_UNUSED(expectReply)
     Q_UNUSED(osdIndex)
     m_commandSocket.write(text.toUtf8());
+    // On its way before the log line: the log file is opened and closed for every line.
+    const bool flushed = m_commandSocket.flush();
     qDebug() << "send:" << text;
-    return m_commandSocket.flush();
+    return flushed;
 }
 
 void MessageDistance::sendVersionQuery() { sendCommand(CommandText::versionQuery()); }

@@ -62,7 +62,12 @@ void UploadChannel::onReadyRead()
     const QByteArray data = m_socket.readAll();
     const int zero = data.indexOf('\0');
     const QString text = QString::fromLatin1(zero < 0 ? data : data.left(zero));
-    qDebug() << "OsdUploadSocket receive:" << text;
+    // An answer that releases a piece and nothing else has the piece leave before its
+    // line is written: the log keeps its order, and the device does not wait for the
+    // log file, which is opened and closed for every line.
+    const bool pieceNext = !m_awaitingAck && !m_queue.isEmpty() && m_queue.first().first.isEmpty() && isConnected();
+    if (!pieceNext)
+        qDebug() << "OsdUploadSocket receive:" << text;
 
     if (!m_uploading && !m_awaitingAck && m_queue.isEmpty())
         return;  // nothing in flight: a late or stray answer changes nothing
@@ -102,6 +107,8 @@ void UploadChannel::onReadyRead()
     const QByteArray piece = m_queue.takeFirst().second;
     const qint64 written = m_socket.write(piece);
     m_socket.flush();
+    if (pieceNext)
+        qDebug() << "OsdUploadSocket receive:" << text;
     qDebug() << "OsdUpdateTcpSocket Send byte len:" << written;
     m_uploading = true;
 }
