@@ -84,6 +84,7 @@ RoutingPages::~RoutingPages() = default;
 
 void RoutingPages::retranslate()
 {
+    // The Joint and Infared forms hold no text.
     if (m_audioUi)
         m_audioUi->retranslateUi(m_views.audioPage);
 }
@@ -127,8 +128,7 @@ void RoutingPages::adoptTable(TableWidget *table)
             [this, table](int input, int output) { route(table, input, output, kindOf(table)); });
     if (table == m_views.video)
         return;  // configured with the others by reloadNames()
-    configureTable(table);
-    refillTable(table);
+    configureTable(table);  // its grid, once built, fills itself from the model
     if (!m_online)
         setOnline(false);
 }

@@ -99,7 +99,9 @@ void SettingsPage::buildAboutPage()
     m_about->setupUi(m_pages.about);
     m_about->labelAboutLogo->setStyleSheet("background-image: url(:/Images/logo.png); background-position:center;"
                                            "background-repeat:no-repeat;");
-    showVersions();
+    // Until the device has told its versions the form's own texts stand, as at the start.
+    if (!m_model->record().fpgaVersion().isEmpty() || !m_model->record().mcuVersion().isEmpty())
+        showVersions();
 }
 
 void SettingsPage::retranslate()

@@ -17,6 +17,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QFile>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -326,10 +327,12 @@ void tst_MainWindow::joinLayoutButtons_sendModeAndReshapeTheWall()
 
 void tst_MainWindow::videoMapReply_setsTheLayoutWithoutSendingItBack()
 {
-    child<QTabWidget>("tabWidget")->setCurrentIndex(1);
     const int modeCommandsBefore = m_sim.commandLog().count("{param=mode");
     m_link->sendMode(3); // straight to the device, as another client would
     QVERIFY(m_sim.waitForCommand("{param=mode3}"));
+    // The Joint page, built only now, shows the layout the device reported before.
+    QTRY_COMPARE(m_model->record().joinMode(), 3);
+    QVERIFY(!m_window->findChild<TableWidget *>("jointTable"));
     auto *joint = child<TableWidget>("jointTable");
     QTRY_COMPARE(QSize(joint->columnCount(), joint->rowCount()), QSize(2, 2));
     QVERIFY(child<QPushButton>("joinBtn3")->isChecked());
@@ -445,7 +448,7 @@ void tst_MainWindow::clear_leavesTheCellAsTheDeviceReportsIt()
     QFETCH(QString, routed);
 
     auto *grid = child<TableWidget>(table.toLatin1());
-    if (grid == child<TableWidget>("jointTable"))
+    if (table == "jointTable")
         m_link->sendSwitch(9, 1, DeviceModel::Wall);
     QTRY_COMPARE(cellInput(grid, key), routed);
     grid->setCurrentItem(grid->itemForKey(key));
@@ -489,6 +492,7 @@ void tst_MainWindow::f2OnTheSignalList_renamesTheInputEverywhere()
 
 void tst_MainWindow::languageSwitch_translatesAndKeepsTheVersions()
 {
+    child<QLabel>("fpgaVersionLabel");  // built before the switch, so that it is re-translated
     auto *audioTabs = child<TableWidget>("audioTable")->parentWidget()->parentWidget()->parentWidget();
     auto *audioTitles = qobject_cast<QTabWidget *>(audioTabs);
     QVERIFY(audioTitles);
@@ -634,12 +638,20 @@ void tst_MainWindow::offline_dropSendsNothingAndSaysSo()
     m_sim.stop();
     QTRY_COMPARE(m_window->statusText(), status("disconnected"));
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    // Grids look inactive offline, also one whose page is opened for the first time now.
+    auto *ir = child<TableWidget>("irTable");
+    for (TableWidget *grid : {video, ir}) {
+        auto *faded = qobject_cast<QGraphicsOpacityEffect *>(grid->graphicsEffect());
+        QVERIFY2(faded && faded->opacity() < 1, qPrintable(grid->objectName()));
+    }
+    child<QTabWidget>("tabWidget")->setCurrentIndex(0);
     dropInput(1, video, 5);
     QCOMPARE(cellInput(video, 5), QString("[5] Input 5"));
     QVERIFY(m_window->noticeText().contains("Not connected"));
     QVERIFY(m_sim.start(host(), {"--verbose"}));
     QTRY_COMPARE_WITH_TIMEOUT(m_window->statusText(), status("connected"), 6000);
     QVERIFY(!m_sim.commandLog().contains("VIDEO"));  // nothing was queued for later
+    QVERIFY(!ir->graphicsEffect());
 }
 
 void tst_MainWindow::undo_restoresThePreviousRouteOnTheDevice()
