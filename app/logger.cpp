@@ -78,9 +78,11 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     const QByteArray bytes = (line + QStringLiteral("\r\n")).toLocal8Bit();
     for (qint64 done = 0; done < bytes.size();) {
         const ssize_t written = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
-        if (written <= 0 && errno != EINTR)
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
             break;
-        done += qMax<ssize_t>(written, 0);
+        done += written;
     }
     ::close(fd);
 }

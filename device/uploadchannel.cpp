@@ -65,9 +65,10 @@ void UploadChannel::onReadyRead()
     // An answer that releases a piece and nothing else has the piece leave before its
     // line is written: the log keeps its order, and the device does not wait for the
     // log file, which is opened and closed for every line.
+    m_unloggedAnswer = text;
     const bool pieceNext = !m_awaitingAck && !m_queue.isEmpty() && m_queue.first().first.isEmpty() && isConnected();
     if (!pieceNext)
-        qDebug() << "OsdUploadSocket receive:" << text;
+        logAnswer();
 
     if (!m_uploading && !m_awaitingAck && m_queue.isEmpty())
         return;  // nothing in flight: a late or stray answer changes nothing
@@ -105,12 +106,20 @@ void UploadChannel::onReadyRead()
         return;
     }
     const QByteArray piece = m_queue.takeFirst().second;
+    // Set first: a connection that fails while the piece goes out ends the transfer for good.
+    m_uploading = true;
     const qint64 written = m_socket.write(piece);
     m_socket.flush();
-    if (pieceNext)
-        qDebug() << "OsdUploadSocket receive:" << text;
+    logAnswer();
     qDebug() << "OsdUpdateTcpSocket Send byte len:" << written;
-    m_uploading = true;
+}
+
+void UploadChannel::logAnswer()
+{
+    if (!m_unloggedAnswer)
+        return;
+    qDebug() << "OsdUploadSocket receive:" << *m_unloggedAnswer;
+    m_unloggedAnswer.reset();
 }
 
 void UploadChannel::sendFile(const QString &command, const QByteArray &payload, const QString &doneCommand)
@@ -140,16 +149,20 @@ void UploadChannel::sendFile(const QString &command, const QByteArray &payload, 
     // Idle: the opening command and the first piece leave together.
     if (!command.isEmpty())
         m_link->sendCommand(command);
+    // The rest is queued before the first piece goes out: a connection that fails
+    // while it does ends the whole transfer.
     if (!pieces.isEmpty()) {
-        m_socket.write(pieces.first());
-        // The flush result, not a byte count: existing logs read this way.
-        qDebug() << "osdUpdateTcpSocket Send byte len" << int(m_socket.flush());
         m_uploading = true;
         for (int i = 1; i < pieces.size(); ++i)
             m_queue.append({QString(), pieces[i]});
     }
     if (!doneCommand.isEmpty())
         m_queue.append({doneCommand, QByteArray()});
+    if (!pieces.isEmpty()) {
+        m_socket.write(pieces.first());
+        // The flush result, not a byte count: existing logs read this way.
+        qDebug() << "osdUpdateTcpSocket Send byte len" << int(m_socket.flush());
+    }
     if (!m_queue.isEmpty())
         armWatchdog();
 }
@@ -174,6 +187,7 @@ void UploadChannel::onWatchdog()
 
 void UploadChannel::failTransfer()
 {
+    logAnswer();  // the answer that ended it comes first in the log
     // Once per transfer: one message, one closing command, nothing left waiting.
     // Without a command connection there is nobody to close the transfer with.
     endTransfer();

@@ -9,6 +9,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <optional>
+
 class MessageDistance;
 
 // The file connection to the switcher on port 6666: the opening command, the
@@ -59,6 +61,7 @@ private:
     void onConnected();
     void onReadyRead();
     void failTransfer();
+    void logAnswer();
     void endTransfer();
     void armWatchdog();
     void onWatchdog();
@@ -68,6 +71,8 @@ private:
     QList<Item> m_queue;
     bool m_uploading = false;
     bool m_awaitingAck = false;
+    // An answer's line, held while the piece it releases goes out.
+    std::optional<QString> m_unloggedAnswer;
     // One timer per transfer, not one restart per piece: each reply only
     // notes its time, and the timer checks it when it fires.
     QTimer m_watchdog;
