@@ -341,8 +341,10 @@ int main(int argc, char *argv[])
             return 2;
         }
         MessageDistance link;
-        link.setMessagePresenter([](const QString &text, const QString &) {
+        bool failed = false;  // a failed transfer ends quickly, which must not pass for a fast one
+        link.setMessagePresenter([&failed](const QString &text, const QString &) {
             std::fprintf(stderr, "upload message: %s\n", qPrintable(text));
+            failed = true;
         });
         QTcpSocket peer, bareCommand, bareFile;
         const auto connected = [](const QTcpSocket &socket) { return socket.state() == QAbstractSocket::ConnectedState; };
@@ -363,7 +365,7 @@ int main(int argc, char *argv[])
                 if (!waitFor([&] { return connected(bareCommand) && connected(bareFile); }, 3000))
                     continue;
                 waitFor([] { return false; }, 100);  // a refused file connection is closed by then
-                if (connected(bareFile)) {
+                if (connected(bareFile) && link.isUploadConnected()) {
                     for (QTcpSocket *socket : {&bareCommand, &bareFile}) {
                         socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);  // as the link's
                         socket->readAll();
@@ -381,16 +383,22 @@ int main(int argc, char *argv[])
         peer.setSocketOption(QAbstractSocket::LowDelayOption, 1);
         // One piece after the other, each sent once the previous one has its 9-byte
         // answer; -1 when an answer does not come.
-        const auto chain = [](QTcpSocket &socket, const QByteArray &bytes) {
+        const QByteArray ack = "<ACK_1>\r\n";
+        const auto answered = [&ack](QTcpSocket &socket, QByteArray *unread) {
+            if (!waitFor([&] { return (*unread += socket.readAll()).size() >= ack.size(); }, 3000) || !unread->startsWith(ack))
+                return false;
+            unread->remove(0, ack.size());
+            return true;
+        };
+        const auto chain = [&answered](QTcpSocket &socket, const QByteArray &bytes) {
             QElapsedTimer clock;
             clock.start();
-            qint64 unread = 0;
+            QByteArray unread;
             for (int offset = 0; offset < bytes.size(); offset += MessageDistance::PieceSize) {
                 socket.write(bytes.mid(offset, MessageDistance::PieceSize));
                 socket.flush();
-                if (!waitFor([&] { return (unread += socket.readAll().size()) >= 9; }, 3000))
+                if (!answered(socket, &unread))
                     return -1.0;
-                unread -= 9;
             }
             return clock.nsecsElapsed() / 1e6;
         };
@@ -400,9 +408,8 @@ int main(int argc, char *argv[])
             const double ms = chain(bareFile, logo);
             bareCommand.write(CommandText::done().toUtf8());
             bareCommand.flush();
-            qint64 unread = 0;
-            const bool acknowledged = waitFor([&] { return (unread += bareFile.readAll().size()) >= 9; }, 3000);
-            return acknowledged ? ms : -1.0;
+            QByteArray unread;
+            return answered(bareFile, &unread) ? ms : -1.0;
         };
         // With the application's log (two lines a piece, each opened, appended to and
         // closed) or with diagnostics dropped: the link alone.
@@ -426,13 +433,14 @@ int main(int argc, char *argv[])
                 QElapsedTimer clock;
                 clock.start();
                 link.sendFile(CommandText::uploadOsd(1), logo, CommandText::done());
-                if (!waitFor([&] { return !link.isUploading() && !link.isAwaitingAck() && link.pendingUploads() == 0; },
-                             15000)) {
-                    std::fprintf(stderr, "upload %d does not finish\n", round);
-                    return -1.0;
-                }
+                const bool finished = waitFor(
+                        [&] { return !link.isUploading() && !link.isAwaitingAck() && link.pendingUploads() == 0; }, 15000);
                 times << clock.nsecsElapsed() / 1e6;
                 qInstallMessageHandler(quiet);
+                if (!finished || failed) {
+                    std::fprintf(stderr, "upload %d %s\n", round, failed ? "failed" : "does not finish");
+                    return -1.0;
+                }
             }
             attach(sim, pacingSim);
             return percentile(times, 0.5);
