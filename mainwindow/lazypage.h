@@ -14,16 +14,6 @@ public:
     using Factory = std::function<QWidget *(QWidget *parent)>;
 
     explicit LazyPage(Factory factory, QWidget *parent = nullptr);
-
-    // The page's content, built now if it was not yet.
-    QWidget *content();
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
-private:
-    Factory m_factory;
-    QWidget *m_content = nullptr;
 };
 
 // Runs `build` once, when `page` is first shown and before it paints: a page

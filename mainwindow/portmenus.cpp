@@ -34,14 +34,12 @@ PortMenus::PortMenus(const DeviceModel *model, MessageDistance *link, PortNames 
 
 void PortMenus::watch(const Views &views)
 {
-    const Views known = m_views;
     m_views = views;
-    const QList<QPair<QWidget *, QWidget *>> pairs = {
-        {views.list, known.list}, {views.video, known.video}, {views.audio, known.audio},
-        {views.hdmiAudio, known.hdmiAudio}, {views.ir, known.ir}, {views.joint, known.joint}};
-    for (const auto &pair : pairs) {
-        QWidget *view = pair.first;
-        if (!view || view == pair.second)
+    for (QWidget *view : {static_cast<QWidget *>(views.list), static_cast<QWidget *>(views.video),
+                          static_cast<QWidget *>(views.audio), static_cast<QWidget *>(views.hdmiAudio),
+                          static_cast<QWidget *>(views.ir), static_cast<QWidget *>(views.joint)}) {
+        // Not built yet, or given its menu by an earlier call.
+        if (!view || view->contextMenuPolicy() == Qt::CustomContextMenu)
             continue;
         view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(view, &QWidget::customContextMenuRequested, this,
