@@ -3,9 +3,11 @@
 #include <QDateTime>
 #include <QFile>
 #include <QMutex>
+#include <QTextCodec>
 
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <unistd.h>
 
 namespace {
@@ -15,10 +17,103 @@ QMutex &logMutex()
     return mutex;
 }
 
+// Everything below is guarded by the log mutex.
 QString &folderName()
 {
     static QString folder = QStringLiteral("log");
     return folder;
+}
+
+// The clock's current second as the lines and the file names spell it, formatted
+// once a second: formatting a date and time for every line cost as much as the
+// file's three system calls.
+struct LocalSecond
+{
+    qint64 second = std::numeric_limits<qint64>::min();
+    QString dateTime;  // "yyyy-MM-dd hh:mm:ss"
+    QString date;      // "yyyy-MM-dd"
+};
+
+const LocalSecond &readClock()
+{
+    static LocalSecond cached;
+    const qint64 second = QDateTime::currentSecsSinceEpoch();
+    if (second != cached.second) {
+        const QDateTime local = QDateTime::fromSecsSinceEpoch(second);
+        cached = {second, local.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")),
+                  local.date().toString(QStringLiteral("yyyy-MM-dd"))};
+    }
+    return cached;
+}
+
+// The day's file name, encoded, kept while the date and the folder stay.
+struct DayFile
+{
+    QString date;
+    QString folder;
+    QByteArray path;
+};
+
+const QByteArray &dayFilePath(const QString &date)
+{
+    static DayFile cached;
+    if (date != cached.date || folderName() != cached.folder) {
+        cached = {date, folderName(),
+                  QFile::encodeName(QStringLiteral("%1/%2.log").arg(folderName(), date))};
+    }
+    return cached.path;
+}
+
+// Text that comes out of the general path unchanged: ASCII, which every locale
+// code page on this platform holds, without the "%" that substitution would
+// act on, and without NUL, where the trip back from the code page stops.
+bool isPlain(const QString &text)
+{
+    for (const QChar c : text) {
+        if (c.unicode() == 0 || c.unicode() >= 0x80 || c == QLatin1Char('%'))
+            return false;
+    }
+    return true;
+}
+
+bool isPlain(const char *text)
+{
+    for (; text && *text; ++text) {
+        if (static_cast<unsigned char>(*text) >= 0x80 || *text == '%')
+            return false;
+    }
+    return true;
+}
+
+bool localeKeepsAscii()
+{
+    const QTextCodec *codec = QTextCodec::codecForLocale();
+    const int mib = codec ? codec->mibEnum() : 0;
+    return mib == 106 || mib == 4 || mib == 3;  // UTF-8, Latin-1, US-ASCII
+}
+
+// The encoded line with its CR LF.
+QByteArray encodedLine(const QString &message, const QMessageLogContext &context, const QString &stamp)
+{
+    if (isPlain(message) && isPlain(context.file) && localeKeepsAscii()) {
+        // What the substitution and the code page give for such text, built directly.
+        QByteArray bytes;
+        bytes.reserve(message.size() + stamp.size() + 40);
+        bytes += '[';
+        bytes += stamp.toLatin1();
+        bytes += "][File:";
+        bytes += context.file ? context.file : "";
+        bytes += "  Line:";
+        bytes += QByteArray::number(context.line);
+        bytes += "]:";
+        bytes += message.toLatin1();
+        bytes += "\r\n";
+        return bytes;
+    }
+    // Round trip through the local code page: characters it cannot hold are lost,
+    // which keeps the files readable by tools that assume that code page.
+    const QString text = QString::fromLocal8Bit(message.toLocal8Bit());
+    return (formatLogLine(text, context.file, context.line, stamp) + QStringLiteral("\r\n")).toLocal8Bit();
 }
 } // namespace
 
@@ -49,10 +144,6 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
 {
     QMutexLocker locker(&logMutex());
 
-    // Round trip through the local code page: characters it cannot hold are lost,
-    // which keeps the files readable by tools that assume that code page.
-    const QString text = QString::fromLocal8Bit(message.toLocal8Bit());
-
     // Log lines carry no level; the word is chosen and dropped to keep old line format.
     QString level;
     switch (type) {
@@ -64,18 +155,16 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     }
     Q_UNUSED(level)
 
-    const QString stamp = QDateTime::currentDateTime().toString("yyyy-MM-dd hh:mm:ss");
-    const QString line = formatLogLine(text, context.file, context.line, stamp);
+    const QString stamp = readClock().dateTime;
+    const QByteArray bytes = encodedLine(message, context, stamp);
 
     // A second clock reading: a line written across midnight may go to the next day's file.
-    const QString path = QString("%1/%2.log").arg(folderName(), QDate::currentDate().toString("yyyy-MM-dd"));
     // Opened, appended to and closed for every line, each line on disk before the next
     // message: straight through the system calls, which QFile would double with stat
     // and seek calls. Encoded as a QTextStream on the file would encode it (the locale's).
-    const int fd = ::open(QFile::encodeName(path).constData(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    const int fd = ::open(dayFilePath(readClock().date).constData(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
     if (fd < 0)
         return;  // lost, as the stream into a closed file would lose it
-    const QByteArray bytes = (line + QStringLiteral("\r\n")).toLocal8Bit();
     for (qint64 done = 0; done < bytes.size();) {
         const ssize_t written = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
         if (written < 0 && errno == EINTR)

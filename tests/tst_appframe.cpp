@@ -43,6 +43,30 @@ private slots:
         QCOMPARE(formatLogLine("x %2 y", "a.cpp", 7, "T"), QString("[T][File:a.cpp  Line:7]:x a.cpp y"));
     }
 
+    // Plain text is written without the substitution and the code-page round trip;
+    // whatever those would change must still change.
+    void messages_keepSubstitutionAndCodePage_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("plain") << "send: \"{param=status}\"\t!" << "send: \"{param=status}\"\t!";
+        QTest::newRow("placeholder") << "x %2 y" << "x tests/tst_appframe.cpp y";
+        QTest::newRow("percent alone") << "100%" << "100%";
+        QTest::newRow("NUL ends the text") << QString::fromLatin1("ab\0cd", 5) << "ab";
+        QTest::newRow("not ASCII") << QString::fromUtf8("音量 50") << QString::fromUtf8("音量 50");
+    }
+
+    void messages_keepSubstitutionAndCodePage()
+    {
+        QFETCH(QString, message);
+        qDebug().noquote() << message;
+        const QStringList lines = logLines();
+        QCOMPARE(lines.size(), 1);
+        const QString written = lines.first().mid(lines.first().indexOf("]:", 21) + 2);
+        QTEST(written, "written");
+        QVERIFY2(lines.first().contains(QString("][File:tests/tst_appframe.cpp  Line:%1]:").arg(__LINE__ - 5)), qPrintable(lines.first()));
+    }
+
     void settings_readWithDefaults_data()
     {
         QTest::addColumn<QByteArray>("ini");
