@@ -81,18 +81,40 @@ CommandInterpreter::CommandInterpreter(SimState &state, UploadReceiver &uploads)
 {
 }
 
-Outcome CommandInterpreter::handle(const QByteArray &command)
+namespace {
+const QRegularExpression &switchPattern()
+{
+    static const QRegularExpression pattern(QStringLiteral(R"(^(\d{1,5})(VIDEO|AUDIO|IR)(\d{1,5})$)"));
+    return pattern;
+}
+
+// The text between "{param=" and "}", or nothing when the firmware would not
+// take the command at all: it reads printable ASCII only, and a blank already
+// breaks a command.
+std::optional<QString> bodyOf(const QByteArray &command)
 {
     static const QByteArray prefix = "{param=";
     if (!command.startsWith(prefix) || !command.endsWith('}'))
-        return {};
+        return std::nullopt;
     const QByteArray body = command.mid(prefix.size(), command.size() - prefix.size() - 1);
-    // The firmware takes printable ASCII only; a blank already breaks a command.
     for (char c : body) {
         if (c <= ' ' || c > '~')
-            return {};
+            return std::nullopt;
     }
-    return handleBody(QString::fromLatin1(body));
+    return QString::fromLatin1(body);
+}
+} // namespace
+
+Outcome CommandInterpreter::handle(const QByteArray &command)
+{
+    const std::optional<QString> body = bodyOf(command);
+    return body ? handleBody(*body) : Outcome{};
+}
+
+bool CommandInterpreter::isSwitch(const QByteArray &command)
+{
+    const std::optional<QString> body = bodyOf(command);
+    return body && switchPattern().match(*body).hasMatch();
 }
 
 Outcome CommandInterpreter::handleBody(const QString &body)
@@ -147,8 +169,7 @@ Outcome CommandInterpreter::handleBody(const QString &body)
 
     QRegularExpressionMatch match;
 
-    static const QRegularExpression switchPattern(QStringLiteral(R"(^(\d{1,5})(VIDEO|AUDIO|IR)(\d{1,5})$)"));
-    if (capture(switchPattern, body, &match))
+    if (capture(switchPattern(), body, &match))
         return handleSwitch(number(match, 1), match.captured(2), number(match, 3));
 
     static const QRegularExpression modePattern(QStringLiteral(R"(^mode(\d{1,5})$)"));

@@ -30,6 +30,9 @@ public:
     // command is one whole "{param=...}" text as cut from the stream.
     Outcome handle(const QByteArray &command);
 
+    // A routing command the device would take: {param=<i>VIDEO<o>}, AUDIO or IR.
+    static bool isSwitch(const QByteArray &command);
+
 private:
     Outcome handleBody(const QString &body);
     Outcome handleSwitch(int input, const QString &layer, int output);

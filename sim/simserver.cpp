@@ -3,7 +3,6 @@
 #include "faults.h"
 
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTcpSocket>
 
 #include <cstdio>
@@ -29,13 +28,6 @@ QByteArray printable(const QByteArray &bytes)
             text += "\\x" + QByteArray::number(static_cast<uchar>(c), 16).rightJustified(2, '0');
     }
     return text;
-}
-
-// {param=<i>VIDEO<o>}, AUDIO or IR: the commands --lose-every drops.
-bool isSwitch(const QByteArray &command)
-{
-    static const QRegularExpression pattern(QStringLiteral(R"(^\{param=\d+(VIDEO|AUDIO|IR)\d+\}$)"));
-    return pattern.match(QString::fromLatin1(command)).hasMatch();
 }
 
 } // namespace
@@ -124,7 +116,7 @@ void SimServer::onReadyRead(QTcpSocket *socket)
     QByteArray command;
     while (session->cutter.next(&command)) {
         // A switch lost on its way: the device neither applies nor answers it.
-        if (m_options.loseEvery > 0 && isSwitch(command) && ++m_switches % m_options.loseEvery == 0) {
+        if (m_options.loseEvery > 0 && CommandInterpreter::isSwitch(command) && ++m_switches % m_options.loseEvery == 0) {
             log("cmd: " + printable(command) + " (lost)\n");
             continue;
         }
