@@ -10,6 +10,10 @@
 #include <array>
 #include <cstring>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 const char *replySignalName(ReplySignal signal)
 {
     switch (signal) {
@@ -235,48 +239,56 @@ constexpr unsigned IpWord = 1u << 0, VolumeWord = 1u << 1, TypeWord = 1u << 2, V
                    InputWord = 1u << 4, AudioWord = 1u << 5, IrWord = 1u << 6, InWord = 1u << 7, OutWord = 1u << 8,
                    SwitchWord = 1u << 9;
 
+// The words that start at position i.
+unsigned wordsAt(const char *text, int size, int i)
+{
+    const auto at = [&](const char *word, int length) {
+        return size - i >= length && memcmp(text + i, word, size_t(length)) == 0;
+    };
+    switch (text[i]) {
+    case 'i':
+        if (at("in", 2))
+            return at("input", 5) ? InWord | InputWord : InWord;
+        return at("ip", 2) ? IpWord : 0;
+    case 'V': return at("Volume", 6) ? VolumeWord : 0;
+    case 't': return at("type", 4) ? TypeWord : 0;
+    case 'v': return at("video", 5) ? VideoWord : 0;
+    case 'a': return at("audio", 5) ? AudioWord : 0;
+    case 'I': return at("IR", 2) ? IrWord : 0;
+    case 'o': return at("out", 3) ? OutWord : 0;
+    case 's': return at("switch", 6) ? SwitchWord : 0;
+    default: return 0;
+    }
+}
+
 unsigned wordsIn(const QByteArray &frame)
 {
     const char *const text = frame.constData();
     const int size = frame.size();
-    const auto at = [&](int i, const char *word, int length) {
-        return size - i >= length && memcmp(text + i, word, size_t(length)) == 0;
-    };
-    // The words each letter starts; most bytes start none, and a letter whose
-    // words are all found already is passed over (a map reply names "video" nine times).
-    static const auto starts = [] {
-        std::array<unsigned, 256> table{};
-        table['i'] = InWord | InputWord | IpWord;
-        table['V'] = VolumeWord;
-        table['t'] = TypeWord;
-        table['v'] = VideoWord;
-        table['a'] = AudioWord;
-        table['I'] = IrWord;
-        table['o'] = OutWord;
-        table['s'] = SwitchWord;
-        return table;
-    }();
     unsigned words = 0;
-    for (int i = 0; i < size; ++i) {
-        if (!(starts[static_cast<unsigned char>(text[i])] & ~words))
-            continue;
-        switch (text[i]) {
-        case 'i':
-            if (at(i, "in", 2))
-                words |= at(i, "input", 5) ? InWord | InputWord : InWord;
-            else if (at(i, "ip", 2))
-                words |= IpWord;
-            break;
-        case 'V': words |= at(i, "Volume", 6) ? VolumeWord : 0; break;
-        case 't': words |= at(i, "type", 4) ? TypeWord : 0; break;
-        case 'v': words |= at(i, "video", 5) ? VideoWord : 0; break;
-        case 'a': words |= at(i, "audio", 5) ? AudioWord : 0; break;
-        case 'I': words |= at(i, "IR", 2) ? IrWord : 0; break;
-        case 'o': words |= at(i, "out", 3) ? OutWord : 0; break;
-        case 's': words |= at(i, "switch", 6) ? SwitchWord : 0; break;
-        default: break;
-        }
+    int i = 0;
+#ifdef __SSE2__
+    // Sixteen positions at a time: where the first two letters of a word stand
+    // (a map reply names "video" nine times, but its "i"s and "o"s start nothing),
+    // and only those are compared with the words. Half the time of a byte loop.
+    const auto pair = [](__m128i first, __m128i second, char a, char b) {
+        return _mm_and_si128(_mm_cmpeq_epi8(first, _mm_set1_epi8(a)), _mm_cmpeq_epi8(second, _mm_set1_epi8(b)));
+    };
+    for (; size - i >= 17; i += 16) {
+        const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i *>(text + i));
+        const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i *>(text + i + 1));
+        const __m128i starts = _mm_or_si128(
+                _mm_or_si128(_mm_or_si128(pair(first, second, 'i', 'n'), pair(first, second, 'i', 'p')),
+                             _mm_or_si128(pair(first, second, 'V', 'o'), pair(first, second, 't', 'y'))),
+                _mm_or_si128(_mm_or_si128(_mm_or_si128(pair(first, second, 'v', 'i'), pair(first, second, 'a', 'u')),
+                                          _mm_or_si128(pair(first, second, 'I', 'R'), pair(first, second, 'o', 'u'))),
+                             pair(first, second, 's', 'w')));
+        for (unsigned found = unsigned(_mm_movemask_epi8(starts)); found; found &= found - 1)
+            words |= wordsAt(text, size, i + qCountTrailingZeroBits(found));
     }
+#endif
+    for (; i < size; ++i)
+        words |= wordsAt(text, size, i);
     return words;
 }
 

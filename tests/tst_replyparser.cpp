@@ -112,6 +112,18 @@ void tst_ReplyParser::randomStreams_matchTheReferenceParser()
     // in random bursts; the plain loop is the yardstick frame for frame.
     const QByteArray alphabet = "{}{}\" :,\n\r inoutIRipx0123Color";
     const QList<QByteArray> pieces{Ver, Vid, Aud, Irm, Inp, Out, Net, Vol, Cap};
+    // Every routing word, and what nearly is one, at every distance from the frame's start.
+    for (const QByteArray word : {"in", "input", "ip", "Volume", "type", "video", "audio", "IR", "out", "switch",
+                                  "i", "Vol", "ty", "vide", "aud", "I", "ou", "swit"}) {
+        for (int offset = 0; offset < 40; ++offset) {
+            const QByteArray frame = "{\"" + QByteArray(offset, 'x') + word + "\":1}";
+            ReplyParser ours;
+            ours.append(frame);
+            ParsedReply a;
+            QVERIFY(ours.next(&a));
+            QCOMPARE(a.signals_, ReferenceParser::decodeOnText(frame).signals_);
+        }
+    }
     QRandomGenerator rng(20261122);
     for (int round = 0; round < 300; ++round) {
         QByteArray stream;
