@@ -23,6 +23,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -50,6 +51,7 @@ private slots:
     void joinLayoutButtons_sendModeAndReshapeTheWall_data();
     void joinLayoutButtons_sendModeAndReshapeTheWall();
     void videoMapReply_setsTheLayoutWithoutSendingItBack();
+    void deviceReplies_repaintOnlyWhatChanged();
     void portMenus_listTheirEntriesInOrder_data();
     void portMenus_listTheirEntriesInOrder();
     void clear_leavesTheCellAsTheDeviceReportsIt_data();
@@ -350,6 +352,69 @@ void tst_MainWindow::videoMapReply_setsTheLayoutWithoutSendingItBack()
     for (int output = 1; output <= 4; ++output)
         QTRY_COMPARE(cellInput(video, output), QString("[5] Input 5"));
     QCOMPARE(cellInput(video, 6), QString("[6] Input 6"));
+}
+
+namespace {
+// Everything painted in a window, in the window's coordinates.
+class PaintedArea : public QObject
+{
+public:
+    explicit PaintedArea(QWidget *window) : m_window(window) { qApp->installEventFilter(this); }
+    ~PaintedArea() override { qApp->removeEventFilter(this); }
+    QRegion area() const { return m_area; }
+    void clear() { m_area = QRegion(); }
+    // The updates already asked for, painted.
+    static void flush()
+    {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *widget = qobject_cast<QWidget *>(object);
+        if (event->type() == QEvent::Paint && widget && widget->window() == m_window)
+            m_area += static_cast<QPaintEvent *>(event)->region().translated(widget->mapTo(m_window, QPoint()));
+        return false;
+    }
+
+private:
+    QWidget *m_window;
+    QRegion m_area;
+};
+} // namespace
+
+void tst_MainWindow::deviceReplies_repaintOnlyWhatChanged()
+{
+    auto *video = child<TableWidget>("videoTable");
+    QVERIFY(m_window->isVisible());
+    QTRY_COMPARE(cellInput(video, 5), QString("[5] Input 5"));
+    PaintedArea painted(m_window.get());
+    PaintedArea::flush();
+
+    // The device's whole state again, unchanged: nothing is painted.
+    painted.clear();
+    QSignalSpy inputs(m_link.get(), &MessageDistance::receiveInputChannelStateSig);
+    QSignalSpy maps(m_link.get(), &MessageDistance::receiveVideoMapSig);
+    m_link->sendStatusQuery();
+    m_link->sendInputInfoQuery();
+    QTRY_VERIFY(!maps.isEmpty() && !inputs.isEmpty());
+    PaintedArea::flush();
+    QVERIFY2(painted.area().isEmpty(), qPrintable(QString("painted %1").arg(painted.area().boundingRect().width())));
+
+    // One output switched by another client: that cell, and nothing outside it.
+    painted.clear();
+    m_link->sendSwitch(3, 5, DeviceModel::Video);
+    QTRY_COMPARE(cellInput(video, 5), QString("[3] Input 3"));
+    PaintedArea::flush();
+    QWidget *cell = video->widgetForKey(5);
+    const QRect cellArea(cell->mapTo(m_window.get(), QPoint()), cell->size());
+    QVERIFY(!painted.area().isEmpty());
+    QVERIFY2(cellArea.contains(painted.area().boundingRect()),
+             qPrintable(QString("painted %1,%2 %3x%4 outside the cell")
+                                .arg(painted.area().boundingRect().x()).arg(painted.area().boundingRect().y())
+                                .arg(painted.area().boundingRect().width()).arg(painted.area().boundingRect().height())));
 }
 
 void tst_MainWindow::portMenus_listTheirEntriesInOrder_data()
