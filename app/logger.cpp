@@ -6,6 +6,7 @@
 #include <QTextCodec>
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <limits>
 #include <unistd.h>
@@ -30,8 +31,9 @@ QString &folderName()
 struct LocalSecond
 {
     qint64 second = std::numeric_limits<qint64>::min();
-    QString dateTime;  // "yyyy-MM-dd hh:mm:ss"
-    QString date;      // "yyyy-MM-dd"
+    QString dateTime;          // "yyyy-MM-dd hh:mm:ss", in the system locale's digits
+    QByteArray encodedDateTime;  // the same in the local code page
+    QString date;              // "yyyy-MM-dd"
 };
 
 const LocalSecond &readClock()
@@ -40,8 +42,8 @@ const LocalSecond &readClock()
     const qint64 second = QDateTime::currentSecsSinceEpoch();
     if (second != cached.second) {
         const QDateTime local = QDateTime::fromSecsSinceEpoch(second);
-        cached = {second, local.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")),
-                  local.date().toString(QStringLiteral("yyyy-MM-dd"))};
+        const QString dateTime = local.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+        cached = {second, dateTime, dateTime.toLocal8Bit(), local.date().toString(QStringLiteral("yyyy-MM-dd"))};
     }
     return cached;
 }
@@ -93,14 +95,15 @@ bool localeKeepsAscii()
 }
 
 // The encoded line with its CR LF.
-QByteArray encodedLine(const QString &message, const QMessageLogContext &context, const QString &stamp)
+QByteArray encodedLine(const QString &message, const QMessageLogContext &context, const LocalSecond &stamp)
 {
     if (isPlain(message) && isPlain(context.file) && localeKeepsAscii()) {
         // What the substitution and the code page give for such text, built directly.
+        // The stamp fills the last placeholder, so nothing in it is substituted.
         QByteArray bytes;
-        bytes.reserve(message.size() + stamp.size() + 40);
+        bytes.reserve(message.size() + stamp.encodedDateTime.size() + (context.file ? int(strlen(context.file)) : 0) + 40);
         bytes += '[';
-        bytes += stamp.toLatin1();
+        bytes += stamp.encodedDateTime;
         bytes += "][File:";
         bytes += context.file ? context.file : "";
         bytes += "  Line:";
@@ -113,7 +116,7 @@ QByteArray encodedLine(const QString &message, const QMessageLogContext &context
     // Round trip through the local code page: characters it cannot hold are lost,
     // which keeps the files readable by tools that assume that code page.
     const QString text = QString::fromLocal8Bit(message.toLocal8Bit());
-    return (formatLogLine(text, context.file, context.line, stamp) + QStringLiteral("\r\n")).toLocal8Bit();
+    return (formatLogLine(text, context.file, context.line, stamp.dateTime) + QStringLiteral("\r\n")).toLocal8Bit();
 }
 } // namespace
 
@@ -155,8 +158,7 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     }
     Q_UNUSED(level)
 
-    const QString stamp = readClock().dateTime;
-    const QByteArray bytes = encodedLine(message, context, stamp);
+    const QByteArray bytes = encodedLine(message, context, readClock());
 
     // A second clock reading: a line written across midnight may go to the next day's file.
     // Opened, appended to and closed for every line, each line on disk before the next

@@ -30,7 +30,8 @@ public:
     // command is one whole "{param=...}" text as cut from the stream.
     Outcome handle(const QByteArray &command);
 
-    // A routing command the device would take: {param=<i>VIDEO<o>}, AUDIO or IR.
+    // A routing command as the device reads one: {param=<i>VIDEO<o>}, AUDIO or IR,
+    // with port numbers of up to five digits (whether the ports exist is checked later).
     static bool isSwitch(const QByteArray &command);
 
 private:

@@ -363,11 +363,14 @@ public:
     ~PaintedArea() override { qApp->removeEventFilter(this); }
     QRegion area() const { return m_area; }
     void clear() { m_area = QRegion(); }
-    // The updates already asked for, painted.
+    // The replies already received handled, and the updates they asked for painted
+    // (each pass handles what the one before posted).
     static void flush()
     {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
+        for (int pass = 0; pass < 3; ++pass) {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+        }
     }
 
 protected:
@@ -393,17 +396,18 @@ void tst_MainWindow::deviceReplies_repaintOnlyWhatChanged()
     PaintedArea painted(m_window.get());
     PaintedArea::flush();
 
-    // The device's whole state again, unchanged: nothing is painted.
+    // The device's whole state again, unchanged: nothing is painted. The input
+    // resolutions are the last signal of the last reply: every reply before them
+    // has been handed to the window once they are raised.
     painted.clear();
-    QSignalSpy inputs(m_link.get(), &MessageDistance::receiveInputChannelStateSig);
-    QSignalSpy maps(m_link.get(), &MessageDistance::receiveVideoMapSig);
+    QSignalSpy last(m_link.get(), &MessageDistance::receiveInChannelResolutionMapSig);
     m_link->sendStatusQuery();
     m_link->sendInputInfoQuery();
-    QTRY_VERIFY(!maps.isEmpty() && !inputs.isEmpty());
+    QTRY_VERIFY(!last.isEmpty());
     PaintedArea::flush();
     QVERIFY2(painted.area().isEmpty(), qPrintable(QString("painted %1").arg(painted.area().boundingRect().width())));
 
-    // One output switched by another client: that cell, and nothing outside it.
+    // One output switched past the window, as another client would: that cell, and nothing outside it.
     painted.clear();
     m_link->sendSwitch(3, 5, DeviceModel::Video);
     QTRY_COMPARE(cellInput(video, 5), QString("[3] Input 3"));

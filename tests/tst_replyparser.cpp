@@ -45,6 +45,8 @@ private slots:
     void stream_isCutAndRepaired_data();
     void stream_isCutAndRepaired();
     void randomStreams_matchTheReferenceParser();
+    void route_findsEveryWordAnywhere_data();
+    void route_findsEveryWordAnywhere();
     void buffer_staysBoundedAgainstJunkAndRunawayFrames();
 };
 
@@ -112,18 +114,6 @@ void tst_ReplyParser::randomStreams_matchTheReferenceParser()
     // in random bursts; the plain loop is the yardstick frame for frame.
     const QByteArray alphabet = "{}{}\" :,\n\r inoutIRipx0123Color";
     const QList<QByteArray> pieces{Ver, Vid, Aud, Irm, Inp, Out, Net, Vol, Cap};
-    // Every routing word, and what nearly is one, at every distance from the frame's start.
-    for (const QByteArray word : {"in", "input", "ip", "Volume", "type", "video", "audio", "IR", "out", "switch",
-                                  "i", "Vol", "ty", "vide", "aud", "I", "ou", "swit"}) {
-        for (int offset = 0; offset < 40; ++offset) {
-            const QByteArray frame = "{\"" + QByteArray(offset, 'x') + word + "\":1}";
-            ReplyParser ours;
-            ours.append(frame);
-            ParsedReply a;
-            QVERIFY(ours.next(&a));
-            QCOMPARE(a.signals_, ReferenceParser::decodeOnText(frame).signals_);
-        }
-    }
     QRandomGenerator rng(20261122);
     for (int round = 0; round < 300; ++round) {
         QByteArray stream;
@@ -143,6 +133,41 @@ void tst_ReplyParser::randomStreams_matchTheReferenceParser()
                 QCOMPARE(a.signals_, b.signals_);
             }
             QVERIFY(!reference.next(&b));
+        }
+    }
+}
+
+void tst_ReplyParser::route_findsEveryWordAnywhere_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    for (const char *word : {"in", "input", "ip", "Volume", "type", "video", "audio", "IR", "out", "switch"})
+        QTest::newRow(word) << QByteArray(word);
+    // What nearly is a word, words that overlap, and two in a row.
+    for (const char *text : {"i", "Vol", "ty", "vide", "aud", "I", "ou", "swit", "inpu", "Volum", "iinput", "ininput",
+                             "IRIR", "vvideo", "ououtt", "inip", "typeaudio", "switcVideo"})
+        QTest::newRow(text) << QByteArray(text);
+}
+
+void tst_ReplyParser::route_findsEveryWordAnywhere()
+{
+    QFETCH(QByteArray, text);
+    // The words as the signals raise them, each found anywhere in the frame.
+    const QList<QPair<const char *, ReplySignal>> words{
+            {"ip", ReplySignal::NetWork},     {"Volume", ReplySignal::Volume},      {"type", ReplySignal::Version},
+            {"video", ReplySignal::VideoMap}, {"input", ReplySignal::InputState},   {"audio", ReplySignal::AudioMap},
+            {"IR", ReplySignal::IrMap},       {"in", ReplySignal::InResolution},    {"out", ReplySignal::OutResolution},
+            {"switch", ReplySignal::Title}};
+    // Filler of letters that start words, but no word.
+    const QByteArray filler = QByteArray("oixVatsvI").repeated(6);
+    for (int before = 0; before <= 40; ++before) {
+        for (int after : {0, 1, 15, 16, 17}) {
+            const QByteArray frame = filler.left(before) + text + filler.left(after);
+            ReplySignals expected;
+            for (const auto &word : words) {
+                if (frame.contains(word.first))
+                    expected.append(word.second);
+            }
+            QVERIFY2(ReplyParser::route(frame) == expected, frame.constData());
         }
     }
 }
