@@ -202,12 +202,13 @@ void RoutingPages::buildOutputGrids()
 
 void RoutingPages::configureTable(TableWidget *table)
 {
-    const bool audio = table == m_audio || table == m_hdmiAudio;
+    const int kind = kindOf(table);
+    const bool audio = kind == DeviceModel::Audio;
     const int offset = table == m_hdmiAudio ? 100 : 0;
     const char *label = audio ? QT_TRANSLATE_NOOP("Widget", "Audio %1") : QT_TRANSLATE_NOOP("Widget", "Output %1");
     const QMap<int, QString> names = m_names->names(audio ? PortNames::AudioOutput
-                                                    : table == m_ir ? PortNames::IrOutput
-                                                                    : PortNames::VideoOutput);
+                                                    : kind == DeviceModel::Ir ? PortNames::IrOutput
+                                                                              : PortNames::VideoOutput);
     table->setCellColor(audio ? AudioCellColor : VideoCellColor);
     table->setIndexOffset(offset);
     table->setIgnoreInputRenames(false);

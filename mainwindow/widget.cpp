@@ -109,7 +109,7 @@ Widget::Widget(const WindowContext &context, QWidget *parent)
 
     receiveConnectingSlot();
     // The language box is filled and connected when its page is first shown.
-    connect(m_settingsPage, SIGNAL(languageChosen(int)), this, SLOT(on_languageComboBox_currentIndexChanged(int)));
+    connect(m_settingsPage, &SettingsPage::languageChosen, this, &Widget::on_languageComboBox_currentIndexChanged);
     m_portMenus = new PortMenus(m_model, m_link, context.names, this);
     const auto watchPorts = [this] {
         m_portMenus->watch({ui->listWidget, ui->videoTable, m_pages->joint(), m_pages->audio(), m_pages->hdmiAudio(),

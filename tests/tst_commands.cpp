@@ -1,9 +1,9 @@
 #include "device/commandtext.h"
 #include "device/messagedistance.h"
 #include "fakedevice.h"
+#include "linkup.h"
 #include "logcapture.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 class tst_Commands : public QObject
@@ -60,9 +60,7 @@ void tst_Commands::commands_goOutOverTheSocketAsUtf8AndAreLogged()
     FakeDevice device(QHostAddress("127.0.0.11"), false);
     MessageDistance link;
     QVERIFY(!link.sendCommand(CommandText::versionQuery())); // not connected yet: lost, but logged
-    QSignalSpy connected(&link, &MessageDistance::connectSuccessFulSig);
-    link.connectToDevice(device.host(), device.port());
-    QVERIFY(connected.wait(3000));
+    QVERIFY(connectLink(link, device.host(), device.port(), false));
 
     link.sendOsdDirection(2); // empty: nothing on the wire, still logged
     link.sendSwitch(2, 5, 1);

@@ -141,10 +141,8 @@ private slots:
 private:
     void connectLink()
     {
-        QSignalSpy connected(m_link, &MessageDistance::connectSuccessFulSig);
-        m_link->connectToDevice(m_device->host(), m_device->port());
-        QVERIFY(connected.wait(3000));
-        QTRY_VERIFY(m_link->isUploadConnected() && m_device->hasFileClient());
+        QVERIFY(::connectLink(*m_link, m_device->host(), m_device->port()));
+        QTRY_VERIFY(m_device->hasFileClient());
     }
 
     // True when the command port, once it holds as many bytes, has received exactly `command`.
